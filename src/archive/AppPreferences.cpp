@@ -1,0 +1,320 @@
+#include "archive/AppPreferences.h"
+
+#include "archive/ApplicationSupport.h"
+#include "archive/TextComparison.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLocale>
+#include <QSettings>
+#include <QtDebug>
+
+#include <algorithm>
+
+namespace {
+
+const QString keyAppLanguage = QStringLiteral("appLanguage");
+const QString keyInterfaceLanguages = QStringLiteral("interfaceLanguages");
+const QString keySearchMode = QStringLiteral("searchMode");
+const QString keySearchTitleOnly = QStringLiteral("searchTitleOnly");
+const QString keyDailyBackup = QStringLiteral("automaticDailyBackupEnabled");
+const QString keyRhymeProvider = QStringLiteral("defaultRhymeProvider");
+const QString keyEditorFont = QStringLiteral("editorFontName");
+const QString keyFooterAuthor = QStringLiteral("poemFooterAuthor");
+const QString keyFooterPlace = QStringLiteral("poemFooterPlace");
+const QString keyCategories = QStringLiteral("poemCategories");
+
+QSettings settingsStore()
+{
+    return QSettings(ApplicationSupport::preferencesPath(), QSettings::IniFormat);
+}
+
+bool isBooleanKey(const QString &key)
+{
+    return key == keySearchTitleOnly || key == keyDailyBackup;
+}
+
+QString accountName()
+{
+    const QString name = qEnvironmentVariable("USER");
+    return name.isEmpty() ? QDir::home().dirName() : name;
+}
+
+} // namespace
+
+bool AppPreferences::flag(const QString &key)
+{
+    const QSettings settings = settingsStore();
+    if (!settings.contains(key))
+        return true;
+    return settings.value(key).toBool();
+}
+
+QString AppPreferences::string(const QString &key, const QString &fallback)
+{
+    const QSettings settings = settingsStore();
+    if (!settings.contains(key))
+        return fallback;
+    return settings.value(key).toString();
+}
+
+void AppPreferences::setValue(const QString &key, const QVariant &value)
+{
+    QSettings settings = settingsStore();
+    settings.setValue(key, value);
+}
+
+void AppPreferences::remove(const QString &key)
+{
+    QSettings settings = settingsStore();
+    settings.remove(key);
+}
+
+void AppPreferences::sync()
+{
+    QSettings settings = settingsStore();
+    settings.sync();
+}
+
+AppLanguage AppPreferences::appLanguage()
+{
+    return appLanguageFromRaw(string(keyAppLanguage));
+}
+
+void AppPreferences::applyAppLanguage(AppLanguage language)
+{
+    setValue(keyAppLanguage, rawValue(language));
+    switch (language) {
+    case AppLanguage::german:
+        setValue(keyInterfaceLanguages, QStringList{QStringLiteral("de")});
+        break;
+    case AppLanguage::english:
+        setValue(keyInterfaceLanguages, QStringList{QStringLiteral("en")});
+        break;
+    case AppLanguage::system:
+        remove(keyInterfaceLanguages);
+        break;
+    }
+}
+
+QString AppPreferences::interfaceLanguage()
+{
+    const QSettings settings = settingsStore();
+    const QStringList chosen = settings.value(keyInterfaceLanguages).toStringList();
+    if (!chosen.isEmpty())
+        return chosen.first() == QLatin1String("en") ? QStringLiteral("en") : QStringLiteral("de");
+    // The interface is written in German; any other system language gets the English one.
+    return QLocale::system().language() == QLocale::German ? QStringLiteral("de") : QStringLiteral("en");
+}
+
+std::optional<QString> AppPreferences::searchMode()
+{
+    const QSettings settings = settingsStore();
+    if (!settings.contains(keySearchMode))
+        return std::nullopt;
+    return settings.value(keySearchMode).toString();
+}
+
+void AppPreferences::setSearchMode(const QString &label)
+{
+    setValue(keySearchMode, label);
+}
+
+bool AppPreferences::searchTitleOnly()
+{
+    return flag(keySearchTitleOnly);
+}
+
+void AppPreferences::setSearchTitleOnly(bool value)
+{
+    setValue(keySearchTitleOnly, value);
+}
+
+bool AppPreferences::automaticDailyBackupEnabled()
+{
+    return flag(keyDailyBackup);
+}
+
+void AppPreferences::setAutomaticDailyBackupEnabled(bool value)
+{
+    setValue(keyDailyBackup, value);
+}
+
+QString AppPreferences::defaultRhymeProvider()
+{
+    return string(keyRhymeProvider);
+}
+
+void AppPreferences::setDefaultRhymeProvider(const QString &identifier)
+{
+    setValue(keyRhymeProvider, identifier);
+}
+
+QString AppPreferences::editorFontName()
+{
+    const QString name = string(keyEditorFont);
+    return name.isEmpty() ? QStringLiteral("Roboto") : name;
+}
+
+void AppPreferences::setEditorFontName(const QString &name)
+{
+    setValue(keyEditorFont, name);
+}
+
+QString AppPreferences::poemFooterAuthor()
+{
+    return string(keyFooterAuthor, accountName());
+}
+
+void AppPreferences::setPoemFooterAuthor(const QString &author)
+{
+    setValue(keyFooterAuthor, author);
+}
+
+QString AppPreferences::poemFooterPlace()
+{
+    return string(keyFooterPlace);
+}
+
+void AppPreferences::setPoemFooterPlace(const QString &place)
+{
+    setValue(keyFooterPlace, place);
+}
+
+QStringList AppPreferences::poemCategories()
+{
+    const QSettings settings = settingsStore();
+    return settings.value(keyCategories).toStringList();
+}
+
+void AppPreferences::setPoemCategories(const QStringList &categories)
+{
+    setValue(keyCategories, categories);
+}
+
+QStringList AppPreferences::normalizedCategories(const QStringList &categories)
+{
+    QStringList cleaned;
+    QStringList seen;
+    for (const QString &entry : categories) {
+        const QString name = entry.trimmed();
+        if (name.isEmpty())
+            continue;
+        const QString key = TextComparison::folded(name);
+        if (seen.contains(key))
+            continue;
+        seen.append(key);
+        cleaned.append(name);
+    }
+    std::stable_sort(cleaned.begin(), cleaned.end(), [](const QString &a, const QString &b) {
+        return TextComparison::localizedStandardCompare(a, b) < 0;
+    });
+    return cleaned;
+}
+
+bool AppPreferences::renamePoemCategory(const QString &oldName, const QString &newName)
+{
+    const QString from = oldName.trimmed();
+    const QString to = newName.trimmed();
+    if (from.isEmpty() || to.isEmpty())
+        return false;
+    QStringList renamed;
+    bool hasNewName = false;
+    for (const QString &entry : poemCategories()) {
+        const bool matchesOld = TextComparison::equalsIgnoringCaseAndDiacritics(entry.trimmed(), from);
+        const bool matchesNew = TextComparison::equalsIgnoringCaseAndDiacritics(entry.trimmed(), to);
+        if (matchesOld || matchesNew) {
+            if (!hasNewName)
+                renamed.append(to);
+            hasNewName = true;
+            continue;
+        }
+        renamed.append(entry);
+    }
+    setPoemCategories(renamed);
+    return true;
+}
+
+std::optional<QString> AppPreferences::resolvedFolder(FolderKind kind)
+{
+    const QString key = bookmarkKey(kind);
+    const QString path = string(key);
+    if (path.isEmpty())
+        return std::nullopt;
+    if (!QFileInfo(path).isDir()) {
+        remove(key);
+        qWarning().noquote() << QStringLiteral("Folder-Bookmark resolve fail: %1")
+                                    .arg(QStringLiteral("folder no longer exists: ") + path);
+        return std::nullopt;
+    }
+    return path;
+}
+
+void AppPreferences::saveFolder(const QString &folder, FolderKind kind)
+{
+    setValue(bookmarkKey(kind), QFileInfo(folder).absoluteFilePath());
+}
+
+void AppPreferences::resetFolder(FolderKind kind)
+{
+    remove(bookmarkKey(kind));
+}
+
+QStringList AppPreferences::knownKeys()
+{
+    QStringList keys{keyAppLanguage,  keySearchMode,    keySearchTitleOnly, keyDailyBackup, keyRhymeProvider,
+                     keyEditorFont,   keyFooterAuthor,  keyFooterPlace,     keyCategories};
+    for (const FolderKind kind : allFolderKinds)
+        keys.append(bookmarkKey(kind));
+    return keys;
+}
+
+std::optional<QString> AppPreferences::valueText(const QString &key)
+{
+    if (!knownKeys().contains(key))
+        return std::nullopt;
+    if (isBooleanKey(key))
+        return flag(key) ? QStringLiteral("true") : QStringLiteral("false");
+    if (key == keyCategories)
+        return QString::fromUtf8(QJsonDocument(QJsonArray::fromStringList(poemCategories())).toJson(QJsonDocument::Compact));
+    if (key == keyAppLanguage)
+        return rawValue(appLanguage());
+    if (key == keyEditorFont)
+        return editorFontName();
+    if (key == keyFooterAuthor)
+        return poemFooterAuthor();
+    return string(key);
+}
+
+bool AppPreferences::setValueText(const QString &key, const QString &value)
+{
+    if (!knownKeys().contains(key))
+        return false;
+    if (isBooleanKey(key)) {
+        if (value != QLatin1String("true") && value != QLatin1String("false"))
+            return false;
+        setValue(key, value == QLatin1String("true"));
+        return true;
+    }
+    if (key == keyCategories) {
+        const QJsonDocument document = QJsonDocument::fromJson(value.toUtf8());
+        if (!document.isArray())
+            return false;
+        QStringList names;
+        for (const QJsonValue &entry : document.array()) {
+            if (!entry.isString())
+                return false;
+            names.append(entry.toString());
+        }
+        setPoemCategories(names);
+        return true;
+    }
+    if (key == keyAppLanguage) {
+        applyAppLanguage(appLanguageFromRaw(value));
+        return true;
+    }
+    setValue(key, value);
+    return true;
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "archive/AppLanguage.h"
+#include "archive/FolderKind.h"
+
+#include <QStringList>
+#include <QVariant>
+
+#include <optional>
+
+// Typed access to the preference store, an INI file in the application-support folder.
+// Absent booleans read as true, so a fresh installation has every switch on.
+class AppPreferences {
+public:
+    static AppLanguage appLanguage();
+    // Stores the choice; it takes effect at the next start (see interfaceLanguage()).
+    static void applyAppLanguage(AppLanguage language);
+    // "de" or "en": the language the interface starts in.
+    static QString interfaceLanguage();
+
+    static std::optional<QString> searchMode();
+    static void setSearchMode(const QString &label);
+    static bool searchTitleOnly();
+    static void setSearchTitleOnly(bool value);
+
+    static bool automaticDailyBackupEnabled();
+    static void setAutomaticDailyBackupEnabled(bool value);
+
+    // The stored provider identifier; the rhyme lookup maps unknown or empty to its first provider.
+    static QString defaultRhymeProvider();
+    static void setDefaultRhymeProvider(const QString &identifier);
+
+    static QString editorFontName();
+    static void setEditorFontName(const QString &name);
+
+    static QString poemFooterAuthor();
+    static void setPoemFooterAuthor(const QString &author);
+    static QString poemFooterPlace();
+    static void setPoemFooterPlace(const QString &place);
+
+    static QStringList poemCategories();
+    static void setPoemCategories(const QStringList &categories);
+    // Trimmed, blanks and repeats (ignoring case and diacritics, first spelling wins)
+    // dropped, then sorted in the localised standard order.
+    static QStringList normalizedCategories(const QStringList &categories);
+    static bool renamePoemCategory(const QString &oldName, const QString &newName);
+
+    static std::optional<QString> resolvedFolder(FolderKind kind);
+    static void saveFolder(const QString &folder, FolderKind kind);
+    static void resetFolder(FolderKind kind);
+
+    // Raw access for the command line's "prefs get|set"; the keys are the stored ones.
+    static QStringList knownKeys();
+    static std::optional<QString> valueText(const QString &key);
+    static bool setValueText(const QString &key, const QString &value);
+
+    static void sync();
+
+private:
+    static bool flag(const QString &key);
+    static QString string(const QString &key, const QString &fallback = QString());
+    static void setValue(const QString &key, const QVariant &value);
+    static void remove(const QString &key);
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+class ArchiveContext;
+
+// The settings window's category actions: the configured list and the poems that carry
+// a name. Poems are matched exactly (case-sensitive), stricter than the list.
+class CategoryCatalog {
+public:
+    static bool addCategory(const QString &name);
+    static bool renameCategory(ArchiveContext &context, const QString &oldName, const QString &newName,
+                               const QDateTime &now);
+    static void removeCategory(ArchiveContext &context, const QString &name, const QDateTime &now);
+    // Failed saves are ignored, as in the library's list actions.
+    static int updatePoems(ArchiveContext &context, const QString &category, const QString &replacement,
+                           const QDateTime &now);
+};

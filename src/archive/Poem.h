@@ -1,0 +1,76 @@
+#pragma once
+
+#include "archive/PoemValues.h"
+
+#include <memory>
+
+class ArchiveContext;
+
+// One poem registered in an ArchiveContext. Setters only change memory; the context
+// writes every changed poem in one transaction when it is saved.
+class Poem {
+public:
+    const PoemValues &values() const { return m_values; }
+
+    const std::optional<QUuid> &id() const { return m_values.id; }
+    const std::optional<QString> &title() const { return m_values.title; }
+    const std::optional<QString> &titleNormalized() const { return m_values.titleNormalized; }
+    const std::optional<QString> &text() const { return m_values.text; }
+    const std::optional<QByteArray> &richTextData() const { return m_values.richTextData; }
+    const std::optional<QString> &category() const { return m_values.category; }
+    const std::optional<QDateTime> &date() const { return m_values.date; }
+    const std::optional<QString> &writerNotes() const { return m_values.writerNotes; }
+    bool isPublished() const { return m_values.isPublished; }
+    bool inPodcast() const { return m_values.inPodcast; }
+    const std::optional<QString> &externalId() const { return m_values.externalId; }
+    const std::optional<QDateTime> &createdAt() const { return m_values.createdAt; }
+    const std::optional<QDateTime> &updatedAt() const { return m_values.updatedAt; }
+    const std::optional<QDateTime> &deletedAt() const { return m_values.deletedAt; }
+
+    void setId(std::optional<QUuid> value) { assign(&PoemValues::id, std::move(value)); }
+    void setTitle(std::optional<QString> value) { assign(&PoemValues::title, std::move(value)); }
+    void setTitleNormalized(std::optional<QString> value) { assign(&PoemValues::titleNormalized, std::move(value)); }
+    void setText(std::optional<QString> value) { assign(&PoemValues::text, std::move(value)); }
+    void setRichTextData(std::optional<QByteArray> value) { assign(&PoemValues::richTextData, std::move(value)); }
+    void setCategory(std::optional<QString> value) { assign(&PoemValues::category, std::move(value)); }
+    void setDate(std::optional<QDateTime> value) { assign(&PoemValues::date, std::move(value)); }
+    void setWriterNotes(std::optional<QString> value) { assign(&PoemValues::writerNotes, std::move(value)); }
+    void setPublished(bool value) { assign(&PoemValues::isPublished, value); }
+    void setInPodcast(bool value) { assign(&PoemValues::inPodcast, value); }
+    void setExternalId(std::optional<QString> value) { assign(&PoemValues::externalId, std::move(value)); }
+    void setCreatedAt(std::optional<QDateTime> value) { assign(&PoemValues::createdAt, std::move(value)); }
+    void setUpdatedAt(std::optional<QDateTime> value) { assign(&PoemValues::updatedAt, std::move(value)); }
+    void setDeletedAt(std::optional<QDateTime> value) { assign(&PoemValues::deletedAt, std::move(value)); }
+    void setValues(const PoemValues &values);
+
+    bool isInTrash() const { return m_values.deletedAt.has_value(); }
+    bool hasUnsavedChanges() const { return m_values != m_saved || !m_persisted; }
+
+    // Stable for the life of the store: a new poem keeps it when it is saved.
+    qint64 storeKey() const { return m_key; }
+    QString objectID() const;
+    static QString objectIDPrefix();
+    ArchiveContext *context() const { return m_context; }
+
+private:
+    friend class ArchiveContext;
+    Poem(ArchiveContext *context, qint64 key, PoemValues values, bool persisted);
+
+    template <typename T>
+    void assign(T PoemValues::*member, T value)
+    {
+        if (m_values.*member == value)
+            return;
+        m_values.*member = std::move(value);
+        noteChanged();
+    }
+    void noteChanged();
+
+    ArchiveContext *m_context;
+    qint64 m_key;
+    PoemValues m_values;
+    PoemValues m_saved;
+    bool m_persisted;
+};
+
+using PoemPtr = std::shared_ptr<Poem>;

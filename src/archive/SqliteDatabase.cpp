@@ -1,0 +1,92 @@
+#include "archive/SqliteDatabase.h"
+
+#include "archive/SqliteStatement.h"
+
+#include <sqlite3.h>
+
+Result<std::unique_ptr<SqliteDatabase>> SqliteDatabase::open(const QString &path, OpenMode mode)
+{
+    int flags = SQLITE_OPEN_FULLMUTEX;
+    switch (mode) {
+    case OpenMode::ReadWriteCreate:
+        flags |= SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+        break;
+    case OpenMode::ReadWrite:
+        flags |= SQLITE_OPEN_READWRITE;
+        break;
+    case OpenMode::ReadOnly:
+        flags |= SQLITE_OPEN_READONLY;
+        break;
+    }
+    sqlite3 *db = nullptr;
+    const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db, flags, nullptr);
+    if (rc != SQLITE_OK) {
+        const QString message = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(rc));
+        sqlite3_close(db);
+        return Error{message};
+    }
+    sqlite3_extended_result_codes(db, 1);
+    sqlite3_busy_timeout(db, 2000);
+    return std::unique_ptr<SqliteDatabase>(new SqliteDatabase(db));
+}
+
+SqliteDatabase::~SqliteDatabase()
+{
+    sqlite3_close(m_db);
+}
+
+Result<void> SqliteDatabase::execute(const QString &sql)
+{
+    char *message = nullptr;
+    if (sqlite3_exec(m_db, sql.toUtf8().constData(), nullptr, nullptr, &message) != SQLITE_OK) {
+        const QString text = message ? QString::fromUtf8(message) : lastError();
+        sqlite3_free(message);
+        return Error{text};
+    }
+    return {};
+}
+
+Result<SqliteStatement> SqliteDatabase::prepare(const QString &sql)
+{
+    sqlite3_stmt *stmt = nullptr;
+    if (sqlite3_prepare_v2(m_db, sql.toUtf8().constData(), -1, &stmt, nullptr) != SQLITE_OK)
+        return Error{lastError()};
+    return SqliteStatement(*this, stmt);
+}
+
+Result<int> SqliteDatabase::userVersion()
+{
+    auto statement = prepare(QStringLiteral("PRAGMA user_version"));
+    if (!statement)
+        return statement.error();
+    const auto row = statement->step();
+    if (!row)
+        return row.error();
+    return *row ? int(statement->int64(0)) : 0;
+}
+
+QString SqliteDatabase::lastError() const
+{
+    return QString::fromUtf8(sqlite3_errmsg(m_db));
+}
+
+SqliteTransaction::~SqliteTransaction()
+{
+    if (m_open)
+        (void)m_db.execute(QStringLiteral("ROLLBACK"));
+}
+
+Result<void> SqliteTransaction::begin()
+{
+    auto result = m_db.execute(QStringLiteral("BEGIN IMMEDIATE"));
+    m_open = result.ok();
+    return result;
+}
+
+Result<void> SqliteTransaction::commit()
+{
+    auto result = m_db.execute(QStringLiteral("COMMIT"));
+    if (result)
+        m_open = false;
+    return result;
+}

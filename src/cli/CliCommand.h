@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <vector>
+
+class CliInvocation;
+
+struct CliCommand {
+    QString name;
+    QString usage;
+    std::function<int(CliInvocation &)> run;
+};
+
+// Each subsystem contributes its subcommands; main() lists the groups.
+std::vector<CliCommand> archiveCommands();

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QStringList>
+#include <QTextStream>
+
+#include <optional>
+
+class ArchiveContext;
+
+// One run of a subcommand: its arguments, its output, and the archive it works on.
+class CliInvocation {
+public:
+    CliInvocation(QString command, QStringList arguments);
+
+    const QString &command() const { return m_command; }
+
+    // Options are taken out of the argument list as they are read; what is left at the
+    // end is either positional or an error.
+    std::optional<QString> takeOption(const QString &name);
+    QStringList takeRepeatedOption(const QString &name);
+    bool takeFlag(const QString &name);
+    // Missing value after an option: remembered and reported by finishOptions().
+    bool finishOptions(int minPositional, int maxPositional);
+    const QStringList &positional() const { return m_positional; }
+
+    void print(const QString &line);
+    void printRaw(const QByteArray &bytes);
+    int fail(const QString &message);
+    int usageError(const QString &message);
+
+    // Opens the store on first use; prints the load failure and returns null on error.
+    ArchiveContext *archive();
+
+private:
+    QString m_command;
+    QStringList m_arguments;
+    QStringList m_positional;
+    QString m_pendingError;
+};

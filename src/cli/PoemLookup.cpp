@@ -1,0 +1,18 @@
+#include "cli/PoemLookup.h"
+
+#include "archive/ArchiveContext.h"
+#include "cli/CliInvocation.h"
+
+#include <QCoreApplication>
+
+PoemPtr findPoemArgument(CliInvocation &invocation, const QString &idText)
+{
+    ArchiveContext *context = invocation.archive();
+    if (!context)
+        return nullptr;
+    const QUuid id(idText.trimmed());
+    PoemPtr poem = id.isNull() ? nullptr : context->poemWithID(id);
+    if (!poem)
+        invocation.fail(QCoreApplication::translate("odeleaf-cli", "Gedicht nicht gefunden: %1").arg(idText));
+    return poem;
+}

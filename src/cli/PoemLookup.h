@@ -1,0 +1,8 @@
+#pragma once
+
+#include "archive/Poem.h"
+
+class CliInvocation;
+
+// Finds the poem named by its id on the command line, or reports it and returns null.
+PoemPtr findPoemArgument(CliInvocation &invocation, const QString &idText);
