@@ -13,11 +13,11 @@ public:
     QString title()
     {
         static const QStringList words = {
-            QStringLiteral("Herbst"),   QStringLiteral("Mond"),    QStringLiteral("über"),   QStringLiteral("der"),
-            QStringLiteral("Nacht"),    QStringLiteral("Lied"),    QStringLiteral("Straße"), QStringLiteral("Fluss"),
-            QStringLiteral("Mädchen"),  QStringLiteral("Abschied"), QStringLiteral("Rosen"), QStringLiteral("Winter"),
-            QStringLiteral("Sehnsucht"), QStringLiteral("im"),     QStringLiteral("Garten"), QStringLiteral("Stille"),
-            QStringLiteral("Öde"),      QStringLiteral("Meer"),    QStringLiteral("und"),    QStringLiteral("Licht")};
+            QStringLiteral("Herbst"),    QStringLiteral("Mond"),     QStringLiteral("über"),   QStringLiteral("der"),
+            QStringLiteral("Nacht"),     QStringLiteral("Lied"),     QStringLiteral("Straße"), QStringLiteral("Fluss"),
+            QStringLiteral("Mädchen"),   QStringLiteral("Abschied"), QStringLiteral("Rosen"),  QStringLiteral("Winter"),
+            QStringLiteral("Sehnsucht"), QStringLiteral("im"),       QStringLiteral("Garten"), QStringLiteral("Stille"),
+            QStringLiteral("Öde"),       QStringLiteral("Meer"),     QStringLiteral("und"),    QStringLiteral("Licht")};
         const int count = 1 + int(m_random() % 4);
         QStringList parts;
         for (int i = 0; i < count; ++i)

@@ -264,8 +264,8 @@ void AppPreferences::resetFolder(FolderKind kind)
 
 QStringList AppPreferences::knownKeys()
 {
-    QStringList keys{keyAppLanguage,  keySearchMode,    keySearchTitleOnly, keyDailyBackup, keyRhymeProvider,
-                     keyEditorFont,   keyFooterAuthor,  keyFooterPlace,     keyCategories};
+    QStringList keys{keyAppLanguage, keySearchMode,   keySearchTitleOnly, keyDailyBackup, keyRhymeProvider,
+                     keyEditorFont,  keyFooterAuthor, keyFooterPlace,     keyCategories};
     for (const FolderKind kind : allFolderKinds)
         keys.append(bookmarkKey(kind));
     return keys;
@@ -278,7 +278,8 @@ std::optional<QString> AppPreferences::valueText(const QString &key)
     if (isBooleanKey(key))
         return flag(key) ? QStringLiteral("true") : QStringLiteral("false");
     if (key == keyCategories)
-        return QString::fromUtf8(QJsonDocument(QJsonArray::fromStringList(poemCategories())).toJson(QJsonDocument::Compact));
+        return QString::fromUtf8(
+            QJsonDocument(QJsonArray::fromStringList(poemCategories())).toJson(QJsonDocument::Compact));
     if (key == keyAppLanguage)
         return rawValue(appLanguage());
     if (key == keyEditorFont)

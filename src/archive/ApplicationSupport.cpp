@@ -30,8 +30,8 @@ Result<QString> ApplicationSupport::ensureDirectory()
 {
     const QString path = directory();
     if (!QDir().mkpath(path))
-        return Error{QCoreApplication::translate("ApplicationSupport", "Ordner konnte nicht angelegt werden: %1")
-                         .arg(path)};
+        return Error{
+            QCoreApplication::translate("ApplicationSupport", "Ordner konnte nicht angelegt werden: %1").arg(path)};
     return path;
 }
 

@@ -56,8 +56,7 @@ private:
     friend class ArchiveContext;
     Poem(ArchiveContext *context, qint64 key, PoemValues values, bool persisted);
 
-    template <typename T>
-    void assign(T PoemValues::*member, T value)
+    template <typename T> void assign(T PoemValues::*member, T value)
     {
         if (m_values.*member == value)
             return;

@@ -9,9 +9,8 @@
 
 namespace {
 
-const char *const columnList =
-    "pk, id, title, title_normalized, text, rich_text_data, category, date, writer_notes, "
-    "is_published, in_podcast, external_id, created_at, updated_at, deleted_at";
+const char *const columnList = "pk, id, title, title_normalized, text, rich_text_data, category, date, writer_notes, "
+                               "is_published, in_podcast, external_id, created_at, updated_at, deleted_at";
 
 std::optional<qint64> msecs(const std::optional<QDateTime> &value)
 {
@@ -202,8 +201,8 @@ Result<void> PoemStore::write(const ChangeSet &changes)
         return begun;
 
     const QString placeholders = QStringLiteral("?,?,?,?,?,?,?,?,?,?,?,?,?,?,?");
-    auto insert = m_db->prepare(
-        QStringLiteral("INSERT INTO poem (%1) VALUES (%2)").arg(QLatin1String(columnList), placeholders));
+    auto insert =
+        m_db->prepare(QStringLiteral("INSERT INTO poem (%1) VALUES (%2)").arg(QLatin1String(columnList), placeholders));
     if (!insert)
         return insert.error();
     for (const Row &row : changes.inserted) {

@@ -35,7 +35,8 @@ int TextComparison::localizedStandardCompare(const QString &a, const QString &b)
     // QCollator is not safe to share between threads.
     thread_local const QCollator collator = [] {
         // The program speaks German; a bare C locale would fall back to code-point order.
-        const QLocale locale = QLocale().language() == QLocale::C ? QLocale(QLocale::German, QLocale::Germany) : QLocale();
+        const QLocale locale =
+            QLocale().language() == QLocale::C ? QLocale(QLocale::German, QLocale::Germany) : QLocale();
         QCollator c{locale};
         c.setNumericMode(true);
         c.setCaseSensitivity(Qt::CaseInsensitive);

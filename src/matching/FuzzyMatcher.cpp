@@ -23,8 +23,8 @@ const std::vector<NoiseWord> &noiseWords()
             UErrorCode status = U_ZERO_ERROR;
             UParseError parseError;
             const icu::UnicodeString source = icu::UnicodeString::fromUTF8(std::string("\\b") + word + "\\b");
-            list.push_back({QString::fromLatin1(word),
-                            std::unique_ptr<icu::RegexPattern>(icu::RegexPattern::compile(source, 0, parseError, status))});
+            list.push_back({QString::fromLatin1(word), std::unique_ptr<icu::RegexPattern>(
+                                                           icu::RegexPattern::compile(source, 0, parseError, status))});
         }
         return list;
     }();

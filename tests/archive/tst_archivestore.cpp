@@ -230,10 +230,11 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("garbage");
         QTest::addColumn<QString>("reason");
         QTest::newRow("not a database") << QByteArray() << QByteArray(8192, 'x') << QStringLiteral("not a database");
-        QTest::newRow("newer schema") << QByteArray("CREATE TABLE poem (pk INTEGER PRIMARY KEY); PRAGMA user_version=9;")
+        QTest::newRow("newer schema") << QByteArray(
+                                             "CREATE TABLE poem (pk INTEGER PRIMARY KEY); PRAGMA user_version=9;")
                                       << QByteArray() << QStringLiteral("neueren Version");
-        QTest::newRow("foreign database") << QByteArray("CREATE TABLE notes (x TEXT);") << QByteArray()
-                                          << QStringLiteral("kein OdeLeaf-Archiv");
+        QTest::newRow("foreign database")
+            << QByteArray("CREATE TABLE notes (x TEXT);") << QByteArray() << QStringLiteral("kein OdeLeaf-Archiv");
     }
 
     void unreadableFilesAreRefusedAndLeftUntouched()
@@ -317,13 +318,15 @@ private Q_SLOTS:
         QVERIFY(context.save().ok());
         poem->setTitleNormalized(QStringLiteral("stale key"));
 
-        QVERIFY(PoemEdit::apply(context, *poem, [](Poem &p) { p.setPublished(true); }, at(2)).ok());
+        QVERIFY(PoemEdit::apply(
+                    context, *poem, [](Poem &p) { p.setPublished(true); }, at(2))
+                    .ok());
         QCOMPARE(*poem->titleNormalized(), QStringLiteral("stale key"));
         QCOMPARE(*poem->updatedAt(), at(2));
         QVERIFY(!context.hasChanges());
 
-        QVERIFY(PoemEdit::apply(context, *poem, [](Poem &p) { PoemEdit::setTitle(p, QStringLiteral("Straße_2")); },
-                                at(3))
+        QVERIFY(PoemEdit::apply(
+                    context, *poem, [](Poem &p) { PoemEdit::setTitle(p, QStringLiteral("Straße_2")); }, at(3))
                     .ok());
         QCOMPARE(*poem->titleNormalized(), QStringLiteral("strasse 2"));
         QCOMPARE(*openStore(path)->viewContext().fetch().first()->updatedAt(), at(3));

@@ -99,7 +99,8 @@ private Q_SLOTS:
         const QStringList cleaned = AppPreferences::normalizedCategories(
             {QStringLiteral(" Zyklus 10"), QStringLiteral(""), QStringLiteral("Élégie"), QStringLiteral("zyklus 10"),
              QStringLiteral("Zyklus 9"), QStringLiteral("elegie"), QStringLiteral("  ")});
-        QCOMPARE(cleaned, (QStringList{QStringLiteral("Élégie"), QStringLiteral("Zyklus 9"), QStringLiteral("Zyklus 10")}));
+        QCOMPARE(cleaned,
+                 (QStringList{QStringLiteral("Élégie"), QStringLiteral("Zyklus 9"), QStringLiteral("Zyklus 10")}));
     }
 
     void categoryActionsRelabelPoemsByExactName()

@@ -66,18 +66,21 @@ private Q_SLOTS:
     {
         QCOMPARE(m_cli->run({QStringLiteral("frobnicate")}).exitCode, 2);
         QCOMPARE(m_cli->run({QStringLiteral("add")}).exitCode, 2);
-        QCOMPARE(m_cli->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("x"),
-                             QStringLiteral("--colour"), QStringLiteral("red")})
+        QCOMPARE(m_cli
+                     ->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("x"),
+                            QStringLiteral("--colour"), QStringLiteral("red")})
                      .exitCode,
                  2);
         QCOMPARE(m_cli->run({QStringLiteral("show")}).exitCode, 2);
-        const CliOutcome missing = m_cli->run({QStringLiteral("show"), QStringLiteral("6F1C2A53-3D0E-4E43-9C7B-0B6E2B4D1A11")});
+        const CliOutcome missing =
+            m_cli->run({QStringLiteral("show"), QStringLiteral("6F1C2A53-3D0E-4E43-9C7B-0B6E2B4D1A11")});
         QCOMPARE(missing.exitCode, 1);
         QVERIFY(missing.err.startsWith(QStringLiteral("Gedicht nicht gefunden")));
 
         const CliOutcome added = m_cli->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("x")});
-        const CliOutcome badDate = m_cli->run({QStringLiteral("set"), added.out.trimmed(), QStringLiteral("--date"),
-                                               QStringLiteral("gestern"), QStringLiteral("--title"), QStringLiteral("y")});
+        const CliOutcome badDate =
+            m_cli->run({QStringLiteral("set"), added.out.trimmed(), QStringLiteral("--date"), QStringLiteral("gestern"),
+                        QStringLiteral("--title"), QStringLiteral("y")});
         QCOMPARE(badDate.exitCode, 2);
         QCOMPARE(show(added.out.trimmed()).value(QStringLiteral("title")).toString(), QStringLiteral("x"));
     }
@@ -90,42 +93,55 @@ private Q_SLOTS:
         store.close();
         const CliOutcome outcome = m_cli->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("x")});
         QCOMPARE(outcome.exitCode, 1);
-        QVERIFY2(outcome.err.startsWith(QStringLiteral("Archiv konnte nicht geöffnet werden: ")), qPrintable(outcome.err));
+        QVERIFY2(outcome.err.startsWith(QStringLiteral("Archiv konnte nicht geöffnet werden: ")),
+                 qPrintable(outcome.err));
         QVERIFY(store.open(QIODevice::ReadOnly));
         QCOMPARE(store.readAll(), QByteArray(4096, '\x7f'));
     }
 
     void normalizeAndPreferences()
     {
-        QCOMPARE(m_cli->run({QStringLiteral("normalize"), QStringLiteral("Straße_2")}).out, QStringLiteral("strasse 2\n"));
-        QCOMPARE(m_cli->run({QStringLiteral("normalize"), QStringLiteral("--fuzzy"), QStringLiteral("Herbst final v2")}).out,
-                 QStringLiteral("herbst\n"));
-        QCOMPARE(m_cli->run({QStringLiteral("prefs"), QStringLiteral("get"), QStringLiteral("automaticDailyBackupEnabled")}).out,
-                 QStringLiteral("true\n"));
-        QCOMPARE(m_cli->run({QStringLiteral("prefs"), QStringLiteral("set"), QStringLiteral("automaticDailyBackupEnabled"),
-                             QStringLiteral("false")})
+        QCOMPARE(m_cli->run({QStringLiteral("normalize"), QStringLiteral("Straße_2")}).out,
+                 QStringLiteral("strasse 2\n"));
+        QCOMPARE(
+            m_cli->run({QStringLiteral("normalize"), QStringLiteral("--fuzzy"), QStringLiteral("Herbst final v2")}).out,
+            QStringLiteral("herbst\n"));
+        QCOMPARE(
+            m_cli->run({QStringLiteral("prefs"), QStringLiteral("get"), QStringLiteral("automaticDailyBackupEnabled")})
+                .out,
+            QStringLiteral("true\n"));
+        QCOMPARE(m_cli
+                     ->run({QStringLiteral("prefs"), QStringLiteral("set"),
+                            QStringLiteral("automaticDailyBackupEnabled"), QStringLiteral("false")})
                      .exitCode,
                  0);
-        QCOMPARE(m_cli->run({QStringLiteral("prefs"), QStringLiteral("get"), QStringLiteral("automaticDailyBackupEnabled")}).out,
-                 QStringLiteral("false\n"));
-        QCOMPARE(m_cli->run({QStringLiteral("prefs"), QStringLiteral("set"), QStringLiteral("poemCategories"),
-                             QStringLiteral("[\"Lyrik\",\"Prosa\"]")})
+        QCOMPARE(
+            m_cli->run({QStringLiteral("prefs"), QStringLiteral("get"), QStringLiteral("automaticDailyBackupEnabled")})
+                .out,
+            QStringLiteral("false\n"));
+        QCOMPARE(m_cli
+                     ->run({QStringLiteral("prefs"), QStringLiteral("set"), QStringLiteral("poemCategories"),
+                            QStringLiteral("[\"Lyrik\",\"Prosa\"]")})
                      .out,
                  QStringLiteral("[\"Lyrik\",\"Prosa\"]\n"));
         QCOMPARE(m_cli->run({QStringLiteral("prefs"), QStringLiteral("get"), QStringLiteral("nope")}).exitCode, 2);
-        QCOMPARE(m_cli->run({QStringLiteral("prefs"), QStringLiteral("set"), QStringLiteral("poemCategories"),
-                             QStringLiteral("Lyrik")})
+        QCOMPARE(m_cli
+                     ->run({QStringLiteral("prefs"), QStringLiteral("set"), QStringLiteral("poemCategories"),
+                            QStringLiteral("Lyrik")})
                      .exitCode,
                  2);
     }
 
     void categoryCommandsRelabelPoems()
     {
-        const QString id = m_cli->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("a"),
-                                       QStringLiteral("--category"), QStringLiteral("Lyrik")})
+        const QString id = m_cli
+                               ->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("a"),
+                                      QStringLiteral("--category"), QStringLiteral("Lyrik")})
                                .out.trimmed();
         QCOMPARE(m_cli->run({QStringLiteral("category-add"), QStringLiteral("Lyrik")}).exitCode, 0);
-        QCOMPARE(m_cli->run({QStringLiteral("category-rename"), QStringLiteral("Lyrik"), QStringLiteral("Verse")}).exitCode, 0);
+        QCOMPARE(
+            m_cli->run({QStringLiteral("category-rename"), QStringLiteral("Lyrik"), QStringLiteral("Verse")}).exitCode,
+            0);
         QCOMPARE(show(id).value(QStringLiteral("category")).toString(), QStringLiteral("Verse"));
         QCOMPARE(m_cli->run({QStringLiteral("prefs"), QStringLiteral("get"), QStringLiteral("poemCategories")}).out,
                  QStringLiteral("[\"Verse\"]\n"));

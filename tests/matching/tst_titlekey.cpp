@@ -11,8 +11,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("key");
-        QTest::newRow("punctuation and doubled spaces") << QStringLiteral("  Der Mond,  der Mond!  ")
-                                                        << QStringLiteral("der mond der mond");
+        QTest::newRow("punctuation and doubled spaces")
+            << QStringLiteral("  Der Mond,  der Mond!  ") << QStringLiteral("der mond der mond");
         QTest::newRow("umlaut and hyphen") << QStringLiteral("Über-Fluss") << QStringLiteral("ueber fluss");
         QTest::newRow("sharp s and underscore") << QStringLiteral("Straße_2") << QStringLiteral("strasse 2");
         QTest::newRow("other accents stay") << QStringLiteral("Café") << QStringLiteral("café");
@@ -56,11 +56,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("key");
         QTest::newRow("noise words") << QStringLiteral("Herbst final v2") << QStringLiteral("herbst");
-        QTest::newRow("underscore hides noise") << QStringLiteral("Herbst_final_v2") << QStringLiteral("herbst final v2");
+        QTest::newRow("underscore hides noise")
+            << QStringLiteral("Herbst_final_v2") << QStringLiteral("herbst final v2");
         QTest::newRow("umlaut becomes space") << QStringLiteral("Über") << QStringLiteral("ber");
         QTest::newRow("mädchen") << QStringLiteral("Mädchen") << QStringLiteral("m dchen");
         QTest::newRow("hyphen is a boundary") << QStringLiteral("Lied-Kopie (Scan)") << QStringLiteral("lied");
-        QTest::newRow("noise inside a word stays") << QStringLiteral("Neuland Finale") << QStringLiteral("neuland finale");
+        QTest::newRow("noise inside a word stays")
+            << QStringLiteral("Neuland Finale") << QStringLiteral("neuland finale");
         QTest::newRow("neu does not cut neue") << QStringLiteral("Die neue Zeit") << QStringLiteral("die zeit");
         QTest::newRow("whitespace runs") << QStringLiteral(" a\t\n b ") << QStringLiteral("a b");
         QTest::newRow("emoji") << QStringLiteral("Mond🌙Licht") << QStringLiteral("mond licht");

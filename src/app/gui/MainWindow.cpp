@@ -22,8 +22,8 @@ void MainWindow::closeEvent(QCloseEvent *event)
         return;
     }
     if (auto saved = m_context.save(); !saved) {
-        QMessageBox::critical(this, tr("OdeLeaf"), tr("Änderungen konnten nicht gespeichert werden: %1")
-                                                       .arg(saved.errorMessage()));
+        QMessageBox::critical(this, tr("OdeLeaf"),
+                              tr("Änderungen konnten nicht gespeichert werden: %1").arg(saved.errorMessage()));
         event->ignore();
         return;
     }
