@@ -1,0 +1,351 @@
+#include "backup/BackupReader.h"
+
+#include "backup/ArchiveJson.h"
+#include "backup/JsonCursor.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cmath>
+
+namespace {
+
+// Far beyond any archive of texts, yet small enough to hold in memory.
+constexpr qint64 maximumFileSize = qint64(2) << 30;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("BackupReader", text);
+}
+
+bool isBase64(QByteArrayView text)
+{
+    if (text.size() % 4 != 0)
+        return false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const bool alphabet =
+            (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '/';
+        if (alphabet)
+            continue;
+        // Padding only closes the text: one or two "=" at its very end.
+        const qsizetype fromEnd = text.size() - i;
+        if (c != '=' || fromEnd > 2 || (fromEnd == 2 && text[i + 1] != '='))
+            return false;
+    }
+    return true;
+}
+
+std::optional<QUuid> parseUuid(const QString &text)
+{
+    if (text.size() != 36)
+        return std::nullopt;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text.at(i).unicode();
+        const bool hyphen = i == 8 || i == 13 || i == 18 || i == 23;
+        const bool hex = (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+        if (hyphen ? c != u'-' : !hex)
+            return std::nullopt;
+    }
+    return QUuid::fromString(text);
+}
+
+// One decoding pass; the first fault ends it and is the message.
+class Decoding {
+public:
+    explicit Decoding(QByteArrayView bytes) : m_cursor(bytes) {}
+
+    Result<Backup> run()
+    {
+        Backup backup;
+        if (!readDocument(backup))
+            return Error{m_error.isEmpty() ? syntaxError() : m_error};
+        return backup;
+    }
+
+private:
+    QString syntaxError() const { return tr("Die Datei ist kein gültiges JSON: %1.").arg(m_cursor.errorText()); }
+
+    bool fault(const QString &message)
+    {
+        if (m_error.isEmpty() && !m_cursor.failed())
+            m_error = m_poemNumber > 0 ? tr("Gedicht %1: %2").arg(m_poemNumber).arg(message) : message;
+        return false;
+    }
+
+    bool wrongType(QByteArrayView key, const QString &expected)
+    {
+        if (m_cursor.failed())
+            return false;
+        return fault(tr("Feld „%1“ hat einen ungültigen Typ (erwartet: %2).").arg(QString::fromUtf8(key), expected));
+    }
+
+    bool missing(const char *key) { return fault(tr("Pflichtfeld „%1“ fehlt.").arg(QLatin1String(key))); }
+
+    bool isNull()
+    {
+        if (m_cursor.peek() != JsonCursor::Kind::null)
+            return false;
+        return m_cursor.readNull();
+    }
+
+    bool readText(QByteArrayView key, QString &value)
+    {
+        if (m_cursor.peek() != JsonCursor::Kind::string)
+            return wrongType(key, tr("Text"));
+        return m_cursor.readString(value);
+    }
+
+    bool readOptionalText(QByteArrayView key, std::optional<QString> &value)
+    {
+        value.reset();
+        if (isNull())
+            return true;
+        QString text;
+        if (!readText(key, text))
+            return false;
+        value = std::move(text);
+        return true;
+    }
+
+    bool readFlag(QByteArrayView key, bool &value)
+    {
+        if (m_cursor.peek() != JsonCursor::Kind::boolean)
+            return wrongType(key, tr("Wahrheitswert"));
+        return m_cursor.readBool(value);
+    }
+
+    bool readInteger(QByteArrayView key, qint64 &value)
+    {
+        double number = 0;
+        if (m_cursor.peek() != JsonCursor::Kind::number)
+            return wrongType(key, tr("ganze Zahl"));
+        if (!m_cursor.readNumber(number))
+            return false;
+        if (number != std::trunc(number) || std::fabs(number) > 9007199254740992.0)
+            return wrongType(key, tr("ganze Zahl"));
+        value = qint64(number);
+        return true;
+    }
+
+    bool readDate(QByteArrayView key, QDateTime &value)
+    {
+        QString text;
+        if (!readText(key, text))
+            return false;
+        const auto date = ArchiveJson::parseDate(text);
+        if (!date)
+            return fault(tr("Feld „%1“ enthält kein gültiges Datum: „%2“ (erwartet wird die Form "
+                            "2026-11-14T21:03:47Z).")
+                             .arg(QString::fromUtf8(key), text));
+        value = *date;
+        return true;
+    }
+
+    bool readOptionalDate(QByteArrayView key, std::optional<QDateTime> &value)
+    {
+        value.reset();
+        if (isNull())
+            return true;
+        QDateTime date;
+        if (!readDate(key, date))
+            return false;
+        value = date;
+        return true;
+    }
+
+    bool readId(QByteArrayView key, std::optional<QUuid> &value)
+    {
+        std::optional<QString> text;
+        if (!readOptionalText(key, text))
+            return false;
+        value.reset();
+        if (!text)
+            return true;
+        value = parseUuid(*text);
+        if (!value)
+            return fault(tr("Feld „id“ ist keine gültige UUID: „%1“.").arg(*text));
+        return true;
+    }
+
+    bool readBytes(QByteArrayView key, std::optional<QByteArray> &value)
+    {
+        value.reset();
+        if (isNull())
+            return true;
+        if (m_cursor.peek() != JsonCursor::Kind::string)
+            return wrongType(key, tr("Base64-Text"));
+        QByteArray text;
+        if (!m_cursor.readUtf8(text))
+            return false;
+        if (!isBase64(text))
+            return fault(tr("Feld „%1“ ist kein gültiges Base64.").arg(QString::fromUtf8(key)));
+        value = QByteArray::fromBase64(text);
+        return true;
+    }
+
+    bool readPoem(PoemBackup &entry)
+    {
+        if (m_cursor.peek() != JsonCursor::Kind::object)
+            return m_cursor.failed() ? false : fault(tr("Der Eintrag ist kein JSON-Objekt."));
+        m_cursor.enterObject();
+        bool hasObjectURI = false;
+        bool hasInPodcast = false;
+        bool hasIsPublished = false;
+        QByteArrayView key;
+        while (m_cursor.nextMember(key)) {
+            bool ok = true;
+            if (key == "id") {
+                ok = readId(key, entry.id);
+            } else if (key == "objectURI") {
+                ok = readText(key, entry.objectURI);
+                hasObjectURI = true;
+            } else if (key == "title") {
+                ok = readOptionalText(key, entry.title);
+            } else if (key == "titleNormalized") {
+                ok = readOptionalText(key, entry.titleNormalized);
+            } else if (key == "category") {
+                ok = readOptionalText(key, entry.category);
+            } else if (key == "date") {
+                ok = readOptionalDate(key, entry.date);
+            } else if (key == "text") {
+                ok = readOptionalText(key, entry.text);
+            } else if (key == "richTextData") {
+                ok = readBytes(key, entry.richTextData);
+            } else if (key == "writerNotes") {
+                ok = readOptionalText(key, entry.writerNotes);
+            } else if (key == "externalId") {
+                ok = readOptionalText(key, entry.externalId);
+            } else if (key == "inPodcast") {
+                ok = readFlag(key, entry.inPodcast);
+                hasInPodcast = true;
+            } else if (key == "isPublished") {
+                ok = readFlag(key, entry.isPublished);
+                hasIsPublished = true;
+            } else if (key == "createdAt") {
+                ok = readOptionalDate(key, entry.createdAt);
+            } else if (key == "updatedAt") {
+                ok = readOptionalDate(key, entry.updatedAt);
+            } else if (key == "deletedAt") {
+                ok = readOptionalDate(key, entry.deletedAt);
+            } else {
+                ok = m_cursor.skipValue();
+            }
+            if (!ok)
+                return false;
+        }
+        if (m_cursor.failed())
+            return false;
+        if (!hasObjectURI)
+            return missing("objectURI");
+        if (!hasInPodcast)
+            return missing("inPodcast");
+        if (!hasIsPublished)
+            return missing("isPublished");
+        return true;
+    }
+
+    bool readPoems(QList<PoemBackup> &poems)
+    {
+        if (m_cursor.peek() != JsonCursor::Kind::array)
+            return wrongType("poems", tr("Liste"));
+        m_cursor.enterArray();
+        while (m_cursor.nextElement()) {
+            m_poemNumber = int(poems.size()) + 1;
+            PoemBackup entry;
+            if (!readPoem(entry))
+                return false;
+            poems.append(std::move(entry));
+        }
+        m_poemNumber = 0;
+        return !m_cursor.failed();
+    }
+
+    bool readDocument(Backup &backup)
+    {
+        if (m_cursor.peek() != JsonCursor::Kind::object) {
+            if (m_cursor.failed())
+                return false;
+            return fault(tr("Die Datei enthält kein Backup: Das Dokument ist kein JSON-Objekt."));
+        }
+        m_cursor.enterObject();
+        bool hasApp = false;
+        bool hasSchemaVersion = false;
+        bool hasExportedAt = false;
+        bool hasPoemCount = false;
+        bool hasPoems = false;
+        QByteArrayView key;
+        while (m_cursor.nextMember(key)) {
+            bool ok = true;
+            if (key == "app") {
+                ok = readText(key, backup.app);
+                hasApp = true;
+            } else if (key == "schemaVersion") {
+                ok = readInteger(key, backup.schemaVersion);
+                hasSchemaVersion = true;
+            } else if (key == "exportedAt") {
+                ok = readDate(key, backup.exportedAt);
+                hasExportedAt = true;
+            } else if (key == "poemCount") {
+                ok = readInteger(key, backup.poemCount);
+                hasPoemCount = true;
+            } else if (key == "poems") {
+                backup.poems.clear();
+                ok = readPoems(backup.poems);
+                hasPoems = true;
+            } else {
+                ok = m_cursor.skipValue();
+            }
+            if (!ok)
+                return false;
+        }
+        if (!m_cursor.finish())
+            return false;
+        if (!hasApp)
+            return missing("app");
+        if (!hasSchemaVersion)
+            return missing("schemaVersion");
+        if (!hasExportedAt)
+            return missing("exportedAt");
+        if (!hasPoemCount)
+            return missing("poemCount");
+        if (!hasPoems)
+            return missing("poems");
+        return true;
+    }
+
+    JsonCursor m_cursor;
+    QString m_error;
+    int m_poemNumber = 0;
+};
+
+} // namespace
+
+Result<Backup> BackupReader::read(const QString &path)
+{
+    const QFileInfo info(path);
+    if (info.isDir())
+        return Error{tr("„%1“ ist ein Ordner, keine Backup-Datei.").arg(info.fileName())};
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return Error{tr("Die Datei „%1“ konnte nicht geöffnet werden: %2").arg(info.fileName(), file.errorString())};
+    if (file.size() > maximumFileSize)
+        return Error{tr("Die Datei ist mit %1 MB zu groß für ein Backup.").arg(file.size() >> 20)};
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return Error{tr("Die Datei „%1“ konnte nicht gelesen werden: %2").arg(info.fileName(), file.errorString())};
+    return decode(bytes);
+}
+
+Result<Backup> BackupReader::decode(QByteArrayView bytes)
+{
+    if (bytes.trimmed().isEmpty())
+        return Error{tr("Die Datei ist leer.")};
+    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF"))
+        return Error{tr("Die Datei ist nicht UTF-8-kodiert (UTF-16 erkannt).")};
+    // Editors on other systems like to prepend a byte-order mark; it carries nothing.
+    if (bytes.startsWith("\xEF\xBB\xBF"))
+        bytes = bytes.sliced(3);
+    return Decoding(bytes).run();
+}
