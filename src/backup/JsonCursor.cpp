@@ -116,6 +116,12 @@ QString JsonCursor::errorText() const
     return tr("%1 (Zeile %2, Spalte %3)").arg(m_error).arg(line).arg(column);
 }
 
+bool JsonCursor::failAtString(const QString &reason)
+{
+    m_pos = m_stringStart;
+    return fail(reason);
+}
+
 void JsonCursor::skipWhitespace()
 {
     while (m_pos < m_document.size()) {
@@ -242,6 +248,7 @@ bool JsonCursor::nextElement()
 // Leaves m_pos after the closing quote; raw is the text between the quotes.
 bool JsonCursor::scanString(QByteArrayView &raw, bool &escaped)
 {
+    m_stringStart = m_pos;
     const qsizetype start = ++m_pos;
     escaped = false;
     while (m_pos < m_document.size()) {
@@ -353,7 +360,7 @@ bool JsonCursor::readUtf8(QByteArray &value)
         value = raw.toByteArray();
     }
     if (!isValidUtf8(value))
-        return fail(tr("ungültige UTF-8-Kodierung"));
+        return failAtString(tr("ungültige UTF-8-Kodierung"));
     return true;
 }
 
@@ -372,7 +379,7 @@ bool JsonCursor::readString(QString &value)
         raw = unescaped;
     }
     if (!isValidUtf8(raw))
-        return fail(tr("ungültige UTF-8-Kodierung"));
+        return failAtString(tr("ungültige UTF-8-Kodierung"));
     // fromUtf8 drops a leading byte-order mark, which inside a string is text.
     static constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
     if (raw.startsWith(byteOrderMark))

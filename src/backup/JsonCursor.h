@@ -43,6 +43,8 @@ public:
 
 private:
     bool fail(const QString &reason);
+    // Points the error at the opening quote of the string just read.
+    bool failAtString(const QString &reason);
     void skipWhitespace();
     bool expect(char c);
     bool scanString(QByteArrayView &raw, bool &escaped);
@@ -53,6 +55,7 @@ private:
 
     QByteArrayView m_document;
     qsizetype m_pos = 0;
+    qsizetype m_stringStart = 0;
     // One entry per open container: whether its first member is still to come.
     std::vector<bool> m_first;
     QByteArray m_keyBuffer;

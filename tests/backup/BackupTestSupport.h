@@ -1,0 +1,44 @@
+#pragma once
+
+#include "archive/ArchiveContext.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QTimeZone>
+
+// Shared helpers of the backup tests.
+namespace BackupTestSupport {
+
+inline QDateTime utc(int year, int month, int day, int hour, int minute, int second, int msec = 0)
+{
+    return QDateTime(QDate(year, month, day), QTime(hour, minute, second, msec), Qt::UTC);
+}
+
+inline QByteArray fileBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+// A poem with every attribute set, as an editor and a few days of work leave it.
+inline PoemPtr addPoem(ArchiveContext &context, const QString &title, const QDateTime &updatedAt)
+{
+    PoemPtr poem = context.insertPoem();
+    poem->setId(QUuid::createUuid());
+    poem->setTitle(title);
+    poem->setTitleNormalized(title.toLower());
+    poem->setText(QStringLiteral("Text von ") + title);
+    poem->setCategory(QStringLiteral("Lyrik"));
+    poem->setDate(updatedAt.addDays(-3));
+    poem->setCreatedAt(updatedAt.addDays(-2));
+    poem->setUpdatedAt(updatedAt);
+    return poem;
+}
+
+} // namespace BackupTestSupport
