@@ -41,8 +41,9 @@ RestorePlanner::PoemMap RestorePlanner::poemMap(const QList<PoemPtr> &localPoems
     PoemMap map;
     map.reserve(localPoems.size());
     for (const PoemPtr &poem : localPoems) {
-        if (const auto key = matchKey(*poem))
-            map.insert(*key, poem); // no-op when the key is taken, unlike operator[]
+        const auto key = matchKey(*poem);
+        if (key && !map.contains(*key))
+            map.insert(*key, poem);
     }
     return map;
 }
