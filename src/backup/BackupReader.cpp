@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <array>
 #include <cmath>
 
 namespace {
@@ -19,22 +20,45 @@ QString tr(const char *text)
     return QCoreApplication::translate("BackupReader", text);
 }
 
-bool isBase64(QByteArrayView text)
+// Strict standard base64: the alphabet only, padded to whole quartets, "=" only at the
+// very end. Checks and decodes in one pass.
+std::optional<QByteArray> decodeBase64(QByteArrayView text)
 {
+    static const auto values = [] {
+        std::array<qint8, 256> table{};
+        table.fill(-1);
+        const char *alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+        for (int i = 0; i < 64; ++i)
+            table[static_cast<unsigned char>(alphabet[i])] = qint8(i);
+        return table;
+    }();
     if (text.size() % 4 != 0)
-        return false;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        const bool alphabet =
-            (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '/';
-        if (alphabet)
+        return std::nullopt;
+    QByteArray bytes(text.size() / 4 * 3, Qt::Uninitialized);
+    char *out = bytes.data();
+    const auto *in = reinterpret_cast<const unsigned char *>(text.data());
+    for (qsizetype i = 0; i < text.size(); i += 4) {
+        const int a = values[in[i]];
+        const int b = values[in[i + 1]];
+        const int c = values[in[i + 2]];
+        const int d = values[in[i + 3]];
+        if ((a | b | c | d) >= 0) {
+            *out++ = char((a << 2) | (b >> 4));
+            *out++ = char((b << 4) | (c >> 2));
+            *out++ = char((c << 6) | d);
             continue;
-        // Padding only closes the text: one or two "=" at its very end.
-        const qsizetype fromEnd = text.size() - i;
-        if (c != '=' || fromEnd > 2 || (fromEnd == 2 && text[i + 1] != '='))
-            return false;
+        }
+        const bool last = i + 4 == text.size();
+        if (!last || a < 0 || b < 0 || in[i + 3] != '=')
+            return std::nullopt;
+        *out++ = char((a << 2) | (b >> 4));
+        if (c >= 0)
+            *out++ = char((b << 4) | (c >> 2));
+        else if (in[i + 2] != '=')
+            return std::nullopt;
     }
-    return true;
+    bytes.truncate(out - bytes.constData());
+    return bytes;
 }
 
 std::optional<QUuid> parseUuid(const QString &text)
@@ -179,9 +203,9 @@ private:
         QByteArray text;
         if (!m_cursor.readUtf8(text))
             return false;
-        if (!isBase64(text))
+        value = decodeBase64(text);
+        if (!value)
             return fault(tr("Feld „%1“ ist kein gültiges Base64.").arg(QString::fromUtf8(key)));
-        value = QByteArray::fromBase64(text);
         return true;
     }
 

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include <charconv>
+#include <cstring>
 
 namespace {
 
@@ -48,6 +49,14 @@ bool isValidUtf8(QByteArrayView bytes)
     const auto *p = reinterpret_cast<const unsigned char *>(bytes.data());
     const auto *const end = p + bytes.size();
     while (p < end) {
+        if (end - p >= 8) {
+            quint64 word;
+            std::memcpy(&word, p, 8);
+            if ((word & 0x8080808080808080ULL) == 0) {
+                p += 8;
+                continue;
+            }
+        }
         if (*p < 0x80) {
             ++p;
             continue;
@@ -77,6 +86,17 @@ bool isValidUtf8(QByteArrayView bytes)
         p += extra + 1;
     }
     return true;
+}
+
+// Eight bytes at once: true when none is a quote, a backslash or a control character.
+// A false alarm only sends the bytes through the exact loop.
+bool isPlainWord(quint64 word)
+{
+    constexpr quint64 ones = 0x0101010101010101ULL;
+    constexpr quint64 highs = 0x8080808080808080ULL;
+    const auto hasZeroByte = [](quint64 x) { return (x - ones) & ~x & highs; };
+    const quint64 controls = (word - ones * 0x20) & ~word & highs;
+    return (hasZeroByte(word ^ (ones * '"')) | hasZeroByte(word ^ (ones * '\\')) | controls) == 0;
 }
 
 bool isDigit(char c)
@@ -226,16 +246,15 @@ bool JsonCursor::nextMember(QByteArrayView &key)
         return false;
     if (m_pos >= m_document.size() || m_document[m_pos] != '"')
         return fail(tr("Feldname erwartet"));
-    QByteArrayView raw;
-    bool escaped = false;
-    if (!scanString(raw, escaped))
+    RawString raw;
+    if (!scanString(raw))
         return false;
-    if (escaped) {
-        if (!unescape(raw, m_keyBuffer))
+    if (raw.escaped) {
+        if (!unescape(raw.bytes, m_keyBuffer))
             return false;
         key = m_keyBuffer;
     } else {
-        key = raw;
+        key = raw.bytes;
     }
     return expect(':');
 }
@@ -246,23 +265,41 @@ bool JsonCursor::nextElement()
 }
 
 // Leaves m_pos after the closing quote; raw is the text between the quotes.
-bool JsonCursor::scanString(QByteArrayView &raw, bool &escaped)
+bool JsonCursor::scanString(RawString &raw)
 {
     m_stringStart = m_pos;
     const qsizetype start = ++m_pos;
-    escaped = false;
-    while (m_pos < m_document.size()) {
-        const auto c = static_cast<unsigned char>(m_document[m_pos]);
+    const char *const data = m_document.data();
+    const qsizetype size = m_document.size();
+    raw.escaped = false;
+    quint64 seen = 0; // every byte or-ed in: its high bits tell whether all were ASCII
+    while (true) {
+        while (m_pos + 8 <= size) {
+            quint64 word;
+            std::memcpy(&word, data + m_pos, 8);
+            if (!isPlainWord(word))
+                break;
+            seen |= word;
+            m_pos += 8;
+        }
+        if (m_pos >= size)
+            break;
+        const auto c = static_cast<unsigned char>(data[m_pos]);
         if (c == '"') {
-            raw = m_document.sliced(start, m_pos - start);
+            raw.bytes = m_document.sliced(start, m_pos - start);
+            raw.ascii = (seen & 0x8080808080808080ULL) == 0;
             ++m_pos;
             return true;
         }
         if (c < 0x20)
             return fail(tr("Steuerzeichen in einer Zeichenkette"));
         if (c == '\\') {
-            escaped = true;
-            ++m_pos;
+            raw.escaped = true;
+            if (++m_pos >= size)
+                break;
+            seen |= static_cast<unsigned char>(data[m_pos]);
+        } else {
+            seen |= c;
         }
         ++m_pos;
     }
@@ -271,7 +308,7 @@ bool JsonCursor::scanString(QByteArrayView &raw, bool &escaped)
 
 bool JsonCursor::unescape(QByteArrayView raw, QByteArray &out)
 {
-    out.clear();
+    out.resize(0);
     out.reserve(raw.size());
     const auto badEscape = [this, &raw](qsizetype at) {
         m_pos -= raw.size() + 1 - at; // point at the escape, not at the string's end
@@ -289,14 +326,19 @@ bool JsonCursor::unescape(QByteArrayView raw, QByteArray &out)
         }
         return value;
     };
-    for (qsizetype i = 0; i < raw.size(); ++i) {
-        const char c = raw[i];
-        if (c != '\\') {
-            out.append(c);
-            continue;
-        }
-        if (++i >= raw.size())
-            return badEscape(i - 1);
+    qsizetype i = 0;
+    while (i < raw.size()) {
+        // Text between escapes is copied in one piece.
+        const char *from = raw.data() + i;
+        const auto *backslash = static_cast<const char *>(std::memchr(from, '\\', size_t(raw.size() - i)));
+        const qsizetype run = backslash ? backslash - from : raw.size() - i;
+        out.append(from, run);
+        i += run;
+        if (i >= raw.size())
+            break;
+        const qsizetype escape = i++;
+        if (i >= raw.size())
+            return badEscape(escape);
         switch (raw[i]) {
         case '"':
         case '\\':
@@ -320,18 +362,16 @@ bool JsonCursor::unescape(QByteArrayView raw, QByteArray &out)
             break;
         case 'u': {
             const int unit = readHex4(i + 1);
-            if (unit < 0)
-                return badEscape(i - 1);
+            if (unit < 0 || (unit >= 0xDC00 && unit <= 0xDFFF))
+                return badEscape(escape);
             char32_t code = char32_t(unit);
             i += 4;
-            if (unit >= 0xDC00 && unit <= 0xDFFF)
-                return badEscape(i - 5);
             if (unit >= 0xD800 && unit <= 0xDBFF) {
                 // A high surrogate counts only together with the low one that must follow.
                 const bool pairFollows = i + 2 < raw.size() && raw[i + 1] == '\\' && raw[i + 2] == 'u';
                 const int low = pairFollows ? readHex4(i + 3) : -1;
                 if (low < 0xDC00 || low > 0xDFFF)
-                    return badEscape(i - 5);
+                    return badEscape(escape);
                 code = 0x10000 + ((code - 0xD800) << 10) + char32_t(low - 0xDC00);
                 i += 6;
             }
@@ -339,53 +379,52 @@ bool JsonCursor::unescape(QByteArrayView raw, QByteArray &out)
             break;
         }
         default:
-            return badEscape(i - 1);
+            return badEscape(escape);
         }
+        ++i;
     }
     return true;
 }
 
+// Escapes are ASCII and \u escapes always yield valid UTF-8, so checking the raw bytes
+// checks the result; a string of ASCII bytes needs no check at all.
 bool JsonCursor::readUtf8(QByteArray &value)
 {
     if (peek() != Kind::string)
         return fail(tr("Zeichenkette erwartet"));
-    QByteArrayView raw;
-    bool escaped = false;
-    if (!scanString(raw, escaped))
+    RawString raw;
+    if (!scanString(raw))
         return false;
-    if (escaped) {
-        if (!unescape(raw, value))
-            return false;
-    } else {
-        value = raw.toByteArray();
-    }
-    if (!isValidUtf8(value))
+    if (!raw.ascii && !isValidUtf8(raw.bytes))
         return failAtString(tr("ungültige UTF-8-Kodierung"));
-    return true;
+    if (!raw.escaped) {
+        value = raw.bytes.toByteArray();
+        return true;
+    }
+    return unescape(raw.bytes, value);
 }
 
 bool JsonCursor::readString(QString &value)
 {
     if (peek() != Kind::string)
         return fail(tr("Zeichenkette erwartet"));
-    QByteArrayView raw;
-    bool escaped = false;
-    if (!scanString(raw, escaped))
+    RawString raw;
+    if (!scanString(raw))
         return false;
-    QByteArray unescaped;
-    if (escaped) {
-        if (!unescape(raw, unescaped))
-            return false;
-        raw = unescaped;
-    }
-    if (!isValidUtf8(raw))
+    if (!raw.ascii && !isValidUtf8(raw.bytes))
         return failAtString(tr("ungültige UTF-8-Kodierung"));
+    QByteArrayView text = raw.bytes;
+    if (raw.escaped) {
+        if (!unescape(raw.bytes, m_stringBuffer))
+            return false;
+        text = m_stringBuffer;
+    }
     // fromUtf8 drops a leading byte-order mark, which inside a string is text.
     static constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
-    if (raw.startsWith(byteOrderMark))
-        value = QChar(0xFEFF) + QString::fromUtf8(raw.sliced(3));
+    if (text.startsWith(byteOrderMark))
+        value = QChar(0xFEFF) + QString::fromUtf8(text.sliced(3));
     else
-        value = QString::fromUtf8(raw);
+        value = QString::fromUtf8(text);
     return true;
 }
 

@@ -47,7 +47,12 @@ private:
     bool failAtString(const QString &reason);
     void skipWhitespace();
     bool expect(char c);
-    bool scanString(QByteArrayView &raw, bool &escaped);
+    struct RawString {
+        QByteArrayView bytes; // between the quotes, escapes not yet resolved
+        bool escaped = false;
+        bool ascii = true;
+    };
+    bool scanString(RawString &raw);
     bool unescape(QByteArrayView raw, QByteArray &out);
     bool scanNumber(QByteArrayView &raw);
     bool readLiteral(const char *literal);
@@ -59,6 +64,7 @@ private:
     // One entry per open container: whether its first member is still to come.
     std::vector<bool> m_first;
     QByteArray m_keyBuffer;
+    QByteArray m_stringBuffer;
     QString m_error;
     qsizetype m_errorPos = 0;
 };
