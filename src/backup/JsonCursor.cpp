@@ -193,10 +193,10 @@ JsonCursor::Kind JsonCursor::peek()
     }
 }
 
-bool JsonCursor::enterObject()
+bool JsonCursor::enterContainer(Kind kind, const QString &expected)
 {
-    if (peek() != Kind::object)
-        return fail(tr("Objekt erwartet"));
+    if (peek() != kind)
+        return fail(expected);
     if (m_first.size() >= maximumDepth)
         return fail(tr("zu tief verschachtelt"));
     ++m_pos;
@@ -204,15 +204,14 @@ bool JsonCursor::enterObject()
     return true;
 }
 
+bool JsonCursor::enterObject()
+{
+    return enterContainer(Kind::object, tr("Objekt erwartet"));
+}
+
 bool JsonCursor::enterArray()
 {
-    if (peek() != Kind::array)
-        return fail(tr("Liste erwartet"));
-    if (m_first.size() >= maximumDepth)
-        return fail(tr("zu tief verschachtelt"));
-    ++m_pos;
-    m_first.push_back(true);
-    return true;
+    return enterContainer(Kind::array, tr("Liste erwartet"));
 }
 
 // Consumes the separator before the next entry, or the closing bracket.
@@ -388,15 +387,22 @@ bool JsonCursor::unescape(QByteArrayView raw, QByteArray &out)
 
 // Escapes are ASCII and \u escapes always yield valid UTF-8, so checking the raw bytes
 // checks the result; a string of ASCII bytes needs no check at all.
-bool JsonCursor::readUtf8(QByteArray &value)
+bool JsonCursor::readRawString(RawString &raw)
 {
     if (peek() != Kind::string)
         return fail(tr("Zeichenkette erwartet"));
-    RawString raw;
     if (!scanString(raw))
         return false;
     if (!raw.ascii && !isValidUtf8(raw.bytes))
         return failAtString(tr("ungültige UTF-8-Kodierung"));
+    return true;
+}
+
+bool JsonCursor::readUtf8(QByteArray &value)
+{
+    RawString raw;
+    if (!readRawString(raw))
+        return false;
     if (!raw.escaped) {
         value = raw.bytes.toByteArray();
         return true;
@@ -406,13 +412,9 @@ bool JsonCursor::readUtf8(QByteArray &value)
 
 bool JsonCursor::readString(QString &value)
 {
-    if (peek() != Kind::string)
-        return fail(tr("Zeichenkette erwartet"));
     RawString raw;
-    if (!scanString(raw))
+    if (!readRawString(raw))
         return false;
-    if (!raw.ascii && !isValidUtf8(raw.bytes))
-        return failAtString(tr("ungültige UTF-8-Kodierung"));
     QByteArrayView text = raw.bytes;
     if (raw.escaped) {
         if (!unescape(raw.bytes, m_stringBuffer))

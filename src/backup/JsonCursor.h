@@ -53,6 +53,8 @@ private:
         bool ascii = true;
     };
     bool scanString(RawString &raw);
+    bool readRawString(RawString &raw);
+    bool enterContainer(Kind kind, const QString &expected);
     bool unescape(QByteArrayView raw, QByteArray &out);
     bool scanNumber(QByteArrayView &raw);
     bool readLiteral(const char *literal);

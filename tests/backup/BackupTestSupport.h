@@ -1,10 +1,12 @@
 #pragma once
 
+#include "archive/ApplicationSupport.h"
 #include "archive/ArchiveContext.h"
+#include "archive/PersistenceController.h"
 
 #include <QDateTime>
 #include <QFile>
-#include <QTimeZone>
+#include <QTemporaryDir>
 
 // Shared helpers of the backup tests.
 namespace BackupTestSupport {
@@ -40,5 +42,24 @@ inline PoemPtr addPoem(ArchiveContext &context, const QString &title, const QDat
     poem->setUpdatedAt(updatedAt);
     return poem;
 }
+
+// A test's own application-support folder, below a temporary folder for its files, and an
+// empty in-memory archive.
+class TestArchive {
+public:
+    TestArchive() : m_store(PersistenceController::inMemory())
+    {
+        ApplicationSupport::setDirectory(path(QStringLiteral("OdeLeaf")));
+        (void)ApplicationSupport::ensureDirectory();
+    }
+
+    ArchiveContext &context() { return m_store->viewContext(); }
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+    QString folder() const { return m_dir.path(); }
+
+private:
+    QTemporaryDir m_dir;
+    std::unique_ptr<PersistenceController> m_store;
+};
 
 } // namespace BackupTestSupport

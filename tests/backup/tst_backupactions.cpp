@@ -74,20 +74,16 @@ class BackupActionsTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<PersistenceController> m_store;
+    std::unique_ptr<TestArchive> m_archive;
     std::unique_ptr<QWidget> m_window;
     ScriptedBackupActions *m_actions = nullptr;
 
-    ArchiveContext &context() { return m_store->viewContext(); }
+    ArchiveContext &context() { return m_archive->context(); }
 
 private Q_SLOTS:
     void init()
     {
-        m_dir = std::make_unique<QTemporaryDir>();
-        ApplicationSupport::setDirectory(m_dir->filePath(QStringLiteral("OdeLeaf")));
-        QVERIFY(ApplicationSupport::ensureDirectory().ok());
-        m_store = PersistenceController::inMemory();
+        m_archive = std::make_unique<TestArchive>();
         addPoem(context(), QStringLiteral("Herbst"), utc(2026, 11, 1, 8, 0, 0));
         addPoem(context(), QStringLiteral("Winter"), utc(2026, 11, 1, 8, 0, 0))
             ->setDeletedAt(utc(2026, 11, 2, 8, 0, 0));
@@ -108,7 +104,7 @@ private Q_SLOTS:
         QSignalSpy status(m_actions, &BackupActions::statusChanged);
         QSignalSpy written(m_actions, &BackupActions::fileWritten);
         QSignalSpy busy(m_actions, &BackupActions::busyChanged);
-        const QString folder = m_dir->filePath(QStringLiteral("Sicherungen"));
+        const QString folder = m_archive->path(QStringLiteral("Sicherungen"));
         QVERIFY(QDir().mkpath(folder));
         m_actions->destination = folder + QStringLiteral("/mein-backup.json");
 
@@ -135,7 +131,7 @@ private Q_SLOTS:
     {
         QSignalSpy status(m_actions, &BackupActions::statusChanged);
         QSignalSpy written(m_actions, &BackupActions::fileWritten);
-        m_actions->destination = m_dir->filePath(QStringLiteral("fehlt/backup.json"));
+        m_actions->destination = m_archive->path(QStringLiteral("fehlt/backup.json"));
         m_actions->createBackup();
         QVERIFY2(lastStatus(status).startsWith(QStringLiteral("Sicherung konnte nicht erstellt werden: Die Datei "
                                                               "„backup.json“")),
@@ -148,7 +144,7 @@ private Q_SLOTS:
     {
         QSignalSpy status(m_actions, &BackupActions::statusChanged);
         QSignalSpy changed(m_actions, &BackupActions::archiveChanged);
-        const QString backupPath = m_dir->filePath(QStringLiteral("b.json"));
+        const QString backupPath = m_archive->path(QStringLiteral("b.json"));
         QVERIFY(BackupExporter::writeBackup(context().fetch(), backupPath).ok());
 
         m_actions->restoreBackup();
@@ -169,7 +165,7 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 1);
         QCOMPARE(context().fetch().first()->text(), std::optional<QString>(QStringLiteral("Text von Herbst")));
         // The chosen backup's folder is where the next open dialog starts.
-        QCOMPARE(m_actions->openedFolder, m_dir->path());
+        QCOMPARE(m_actions->openedFolder, m_archive->folder());
 
         QVERIFY(writeFile(backupPath, "kein Backup"));
         m_actions->restoreBackup();

@@ -81,10 +81,9 @@ class BackupFormatTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<PersistenceController> m_store;
+    std::unique_ptr<TestArchive> m_archive;
 
-    ArchiveContext &context() { return m_store->viewContext(); }
+    ArchiveContext &context() { return m_archive->context(); }
 
     // The three poems behind tests/data/backup/golden-backup.json, with the milliseconds and
     // the local times that the document must flatten to whole UTC seconds.
@@ -120,16 +119,11 @@ private:
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_dir = std::make_unique<QTemporaryDir>();
-        ApplicationSupport::setDirectory(m_dir->filePath(QStringLiteral("OdeLeaf")));
-        m_store = PersistenceController::inMemory();
-    }
+    void init() { m_archive = std::make_unique<TestArchive>(); }
 
     void writerReproducesTheHandWrittenDocument()
     {
-        const QString path = m_dir->filePath(QStringLiteral("backup.json"));
+        const QString path = m_archive->path(QStringLiteral("backup.json"));
         const auto written = BackupExporter::writeBackup(goldenPoems(), path, goldenExportedAt);
         QVERIFY2(written.ok(), qPrintable(written.errorMessage()));
         QCOMPARE(*written, 3);
@@ -170,7 +164,7 @@ private Q_SLOTS:
 
     void emptyArchiveGivesAnEmptyPoemList()
     {
-        const QString path = m_dir->filePath(QStringLiteral("leer.json"));
+        const QString path = m_archive->path(QStringLiteral("leer.json"));
         QCOMPARE(*BackupExporter::writeBackup({}, path, goldenExportedAt), 0);
         QCOMPARE(fileBytes(path),
                  QByteArray("{\n  \"app\" : \"OdeLeaf\",\n  \"exportedAt\" : \"2026-11-14T21:03:47Z\",\n"
@@ -361,12 +355,12 @@ private Q_SLOTS:
 
     void safetyBackupGoesIntoItsOwnPrivateFolder()
     {
-        ApplicationSupport::setDirectory(m_dir->filePath(QStringLiteral("tief/unten/OdeLeaf")));
+        ApplicationSupport::setDirectory(m_archive->path(QStringLiteral("tief/unten/OdeLeaf")));
         const QList<PoemPtr> poems = goldenPoems();
         const auto written =
             BackupExporter::writeAutomaticSafetyBackup(poems, QStringLiteral("Pre Text/Import"), goldenExportedAt);
         QVERIFY2(written.ok(), qPrintable(written.errorMessage()));
-        const QString folder = m_dir->filePath(QStringLiteral("tief/unten/OdeLeaf/Safety Backups"));
+        const QString folder = m_archive->path(QStringLiteral("tief/unten/OdeLeaf/Safety Backups"));
         QCOMPARE(BackupExporter::automaticBackupDirectory(), folder);
         // 21:03:47 UTC is 22:03:47 in Berlin in November.
         QCOMPARE(*written, folder + QStringLiteral("/pre-text-import-2026-11-14-220347.json"));
@@ -385,8 +379,8 @@ private Q_SLOTS:
     void safetyBackupFailsWhenItsFolderCannotExist()
     {
         // A regular file where a folder should be stops even root.
-        QVERIFY(writeFile(m_dir->filePath(QStringLiteral("blocker")), "kein Ordner"));
-        ApplicationSupport::setDirectory(m_dir->filePath(QStringLiteral("blocker/OdeLeaf")));
+        QVERIFY(writeFile(m_archive->path(QStringLiteral("blocker")), "kein Ordner"));
+        ApplicationSupport::setDirectory(m_archive->path(QStringLiteral("blocker/OdeLeaf")));
         const auto written = BackupExporter::writeAutomaticSafetyBackup(goldenPoems(), QStringLiteral("daily"));
         QVERIFY(!written.ok());
         QVERIFY2(written.errorMessage().contains(QStringLiteral("konnte nicht angelegt werden")),
@@ -421,7 +415,7 @@ private Q_SLOTS:
         PoemPtr poem = context().insertPoem();
         poem->setText(QString(2 << 20, QLatin1Char('x')));
         const Backup backup = Backup::make(context().fetch(), goldenExportedAt);
-        const QString folder = m_dir->filePath(QStringLiteral("ziel"));
+        const QString folder = m_archive->path(QStringLiteral("ziel"));
         QVERIFY(QDir().mkpath(folder));
         const QString existing = folder + QStringLiteral("/alt.json");
         QVERIFY(writeFile(existing, "altes Backup"));
@@ -447,9 +441,9 @@ private Q_SLOTS:
         QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("alt.json")});
 
         const auto intoMissingFolder =
-            BackupExporter::writeDocument(backup, m_dir->filePath(QStringLiteral("fehlt/backup.json")));
+            BackupExporter::writeDocument(backup, m_archive->path(QStringLiteral("fehlt/backup.json")));
         QVERIFY(!intoMissingFolder.ok());
-        QVERIFY(!QFileInfo::exists(m_dir->filePath(QStringLiteral("fehlt"))));
+        QVERIFY(!QFileInfo::exists(m_archive->path(QStringLiteral("fehlt"))));
     }
 };
 

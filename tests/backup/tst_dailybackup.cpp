@@ -31,10 +31,9 @@ class DailyBackupTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<PersistenceController> m_store;
+    std::unique_ptr<TestArchive> m_archive;
 
-    ArchiveContext &context() { return m_store->viewContext(); }
+    ArchiveContext &context() { return m_archive->context(); }
 
     DailyBackup::Outcome runAt(const QDateTime &now)
     {
@@ -42,13 +41,7 @@ private:
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_dir = std::make_unique<QTemporaryDir>();
-        ApplicationSupport::setDirectory(m_dir->filePath(QStringLiteral("OdeLeaf")));
-        QVERIFY(ApplicationSupport::ensureDirectory().ok());
-        m_store = PersistenceController::inMemory();
-    }
+    void init() { m_archive = std::make_unique<TestArchive>(); }
 
     void runsOncePerLocalDay()
     {

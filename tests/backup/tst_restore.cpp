@@ -55,20 +55,14 @@ class RestoreTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<PersistenceController> m_store;
+    std::unique_ptr<TestArchive> m_archive;
 
-    ArchiveContext &context() { return m_store->viewContext(); }
+    ArchiveContext &context() { return m_archive->context(); }
 
     void saveArchive() { QVERIFY(context().save().ok()); }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_dir = std::make_unique<QTemporaryDir>();
-        ApplicationSupport::setDirectory(m_dir->filePath(QStringLiteral("OdeLeaf")));
-        m_store = PersistenceController::inMemory();
-    }
+    void init() { m_archive = std::make_unique<TestArchive>(); }
 
     void backupOfTheSameArchivePreviewsAsNoChanges()
     {
@@ -78,7 +72,7 @@ private Q_SLOTS:
         PoemPtr withoutId = addPoem(context(), QStringLiteral("Ohne Kennung"), now.addDays(-1));
         withoutId->setId(std::nullopt);
         saveArchive();
-        const QString path = m_dir->filePath(QStringLiteral("jetzt.json"));
+        const QString path = m_archive->path(QStringLiteral("jetzt.json"));
         QVERIFY(BackupExporter::writeBackup(context().fetch(), path, now).ok());
 
         const auto preview = RestorePlanner::previewRestore(path, context().fetch());
@@ -334,7 +328,7 @@ private Q_SLOTS:
 
     void failingSafetyBackupLeavesTheArchiveUntouched()
     {
-        const QString storePath = m_dir->filePath(QStringLiteral("OdeLeaf.sqlite"));
+        const QString storePath = m_archive->path(QStringLiteral("OdeLeaf.sqlite"));
         PoemBackup changed;
         {
             auto store = PersistenceController::open(storePath);
@@ -366,7 +360,7 @@ private Q_SLOTS:
 
     void restoreIsSavedAndItsSafetyBackupHoldsTheFormerArchive()
     {
-        const QString storePath = m_dir->filePath(QStringLiteral("OdeLeaf.sqlite"));
+        const QString storePath = m_archive->path(QStringLiteral("OdeLeaf.sqlite"));
         QString safetyBackup;
         {
             auto store = PersistenceController::open(storePath);
