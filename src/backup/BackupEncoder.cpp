@@ -166,7 +166,6 @@ Result<void> BackupEncoder::write(const Backup &backup, QIODevice &device)
     DocumentSink sink(&device);
     appendDocument(sink, backup);
     if (!sink.flush())
-        return Error{
-            QCoreApplication::translate("BackupEncoder", "Schreiben fehlgeschlagen: %1").arg(device.errorString())};
+        return Error{tr("Schreiben fehlgeschlagen: %1").arg(device.errorString())};
     return {};
 }

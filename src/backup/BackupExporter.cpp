@@ -14,11 +14,6 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("BackupExporter", text);
-}
-
 constexpr QFileDevice::Permissions ownerOnlyFile = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 constexpr QFileDevice::Permissions ownerOnlyFolder =
     QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
@@ -39,7 +34,8 @@ Result<QString> ensureSafetyBackupFolder()
     if (QFileInfo(folder).isDir())
         return folder;
     if (!QDir().mkpath(folder))
-        return Error{tr("Der Ordner „%1“ konnte nicht angelegt werden.").arg(QDir::toNativeSeparators(folder))};
+        return Error{
+            BackupExporter::tr("Der Ordner „%1“ konnte nicht angelegt werden.").arg(QDir::toNativeSeparators(folder))};
     QFile::setPermissions(folder, ownerOnlyFolder);
     return folder;
 }
@@ -50,7 +46,7 @@ Result<void> BackupExporter::writeDocument(const Backup &backup, const QString &
 {
     const QString fileName = QFileInfo(path).fileName();
     const auto failure = [&fileName](const QString &reason) {
-        return Error{tr("Die Datei „%1“ konnte nicht geschrieben werden: %2").arg(fileName, reason)};
+        return Error{BackupExporter::tr("Die Datei „%1“ konnte nicht geschrieben werden: %2").arg(fileName, reason)};
     };
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))

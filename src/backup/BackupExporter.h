@@ -3,6 +3,7 @@
 #include "archive/Poem.h"
 #include "archive/Result.h"
 #include "backup/Backup.h"
+#include <QCoreApplication>
 
 #include <QDateTime>
 #include <QList>
@@ -13,6 +14,8 @@
 // to a temporary file that replaces the destination only when it is complete, and is
 // readable by its owner only.
 class BackupExporter {
+    Q_DECLARE_TR_FUNCTIONS(BackupExporter)
+
 public:
     // Returns the number of poems written.
     static Result<int> writeBackup(const QList<PoemPtr> &poems, const QString &path,

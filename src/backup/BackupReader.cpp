@@ -15,11 +15,6 @@ namespace {
 // Far beyond any archive of texts, yet small enough to hold in memory.
 constexpr qint64 maximumFileSize = qint64(2) << 30;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("BackupReader", text);
-}
-
 // Strict standard base64: the alphabet only, padded to whole quartets, "=" only at the
 // very end. Checks and decodes in one pass.
 std::optional<QByteArray> decodeBase64(QByteArrayView text)
@@ -89,12 +84,15 @@ public:
     }
 
 private:
-    QString syntaxError() const { return tr("Die Datei ist kein gültiges JSON: %1.").arg(m_cursor.errorText()); }
+    QString syntaxError() const
+    {
+        return BackupReader::tr("Die Datei ist kein gültiges JSON: %1.").arg(m_cursor.errorText());
+    }
 
     bool fault(const QString &message)
     {
         if (m_error.isEmpty() && !m_cursor.failed())
-            m_error = m_poemNumber > 0 ? tr("Gedicht %1: %2").arg(m_poemNumber).arg(message) : message;
+            m_error = m_poemNumber > 0 ? BackupReader::tr("Gedicht %1: %2").arg(m_poemNumber).arg(message) : message;
         return false;
     }
 
@@ -102,10 +100,11 @@ private:
     {
         if (m_cursor.failed())
             return false;
-        return fault(tr("Feld „%1“ hat einen ungültigen Typ (erwartet: %2).").arg(QString::fromUtf8(key), expected));
+        return fault(BackupReader::tr("Feld „%1“ hat einen ungültigen Typ (erwartet: %2).")
+                         .arg(QString::fromUtf8(key), expected));
     }
 
-    bool missing(const char *key) { return fault(tr("Pflichtfeld „%1“ fehlt.").arg(QLatin1String(key))); }
+    bool missing(const char *key) { return fault(BackupReader::tr("Pflichtfeld „%1“ fehlt.").arg(QLatin1String(key))); }
 
     bool isNull()
     {
@@ -117,7 +116,7 @@ private:
     bool readText(QByteArrayView key, QString &value)
     {
         if (m_cursor.peek() != JsonCursor::Kind::string)
-            return wrongType(key, tr("Text"));
+            return wrongType(key, BackupReader::tr("Text"));
         return m_cursor.readString(value);
     }
 
@@ -136,7 +135,7 @@ private:
     bool readFlag(QByteArrayView key, bool &value)
     {
         if (m_cursor.peek() != JsonCursor::Kind::boolean)
-            return wrongType(key, tr("Wahrheitswert"));
+            return wrongType(key, BackupReader::tr("Wahrheitswert"));
         return m_cursor.readBool(value);
     }
 
@@ -144,11 +143,11 @@ private:
     {
         double number = 0;
         if (m_cursor.peek() != JsonCursor::Kind::number)
-            return wrongType(key, tr("ganze Zahl"));
+            return wrongType(key, BackupReader::tr("ganze Zahl"));
         if (!m_cursor.readNumber(number))
             return false;
         if (number != std::trunc(number) || std::fabs(number) > 9007199254740992.0)
-            return wrongType(key, tr("ganze Zahl"));
+            return wrongType(key, BackupReader::tr("ganze Zahl"));
         value = qint64(number);
         return true;
     }
@@ -160,8 +159,8 @@ private:
             return false;
         const auto date = ArchiveJson::parseDate(text);
         if (!date)
-            return fault(tr("Feld „%1“ enthält kein gültiges Datum: „%2“ (erwartet wird die Form "
-                            "2026-11-14T21:03:47Z).")
+            return fault(BackupReader::tr("Feld „%1“ enthält kein gültiges Datum: „%2“ (erwartet wird die Form "
+                                          "2026-11-14T21:03:47Z).")
                              .arg(QString::fromUtf8(key), text));
         value = *date;
         return true;
@@ -189,7 +188,7 @@ private:
             return true;
         value = parseUuid(*text);
         if (!value)
-            return fault(tr("Feld „id“ ist keine gültige UUID: „%1“.").arg(*text));
+            return fault(BackupReader::tr("Feld „id“ ist keine gültige UUID: „%1“.").arg(*text));
         return true;
     }
 
@@ -199,20 +198,20 @@ private:
         if (isNull())
             return true;
         if (m_cursor.peek() != JsonCursor::Kind::string)
-            return wrongType(key, tr("Base64-Text"));
+            return wrongType(key, BackupReader::tr("Base64-Text"));
         QByteArray text;
         if (!m_cursor.readUtf8(text))
             return false;
         value = decodeBase64(text);
         if (!value)
-            return fault(tr("Feld „%1“ ist kein gültiges Base64.").arg(QString::fromUtf8(key)));
+            return fault(BackupReader::tr("Feld „%1“ ist kein gültiges Base64.").arg(QString::fromUtf8(key)));
         return true;
     }
 
     bool readPoem(PoemBackup &entry)
     {
         if (m_cursor.peek() != JsonCursor::Kind::object)
-            return m_cursor.failed() ? false : fault(tr("Der Eintrag ist kein JSON-Objekt."));
+            return m_cursor.failed() ? false : fault(BackupReader::tr("Der Eintrag ist kein JSON-Objekt."));
         m_cursor.enterObject();
         bool hasObjectURI = false;
         bool hasInPodcast = false;
@@ -273,7 +272,7 @@ private:
     bool readPoems(QList<PoemBackup> &poems)
     {
         if (m_cursor.peek() != JsonCursor::Kind::array)
-            return wrongType("poems", tr("Liste"));
+            return wrongType("poems", BackupReader::tr("Liste"));
         m_cursor.enterArray();
         while (m_cursor.nextElement()) {
             m_poemNumber = int(poems.size()) + 1;
@@ -291,7 +290,7 @@ private:
         if (m_cursor.peek() != JsonCursor::Kind::object) {
             if (m_cursor.failed())
                 return false;
-            return fault(tr("Die Datei enthält kein Backup: Das Dokument ist kein JSON-Objekt."));
+            return fault(BackupReader::tr("Die Datei enthält kein Backup: Das Dokument ist kein JSON-Objekt."));
         }
         m_cursor.enterObject();
         bool hasApp = false;
@@ -350,24 +349,26 @@ Result<Backup> BackupReader::read(const QString &path)
 {
     const QFileInfo info(path);
     if (info.isDir())
-        return Error{tr("„%1“ ist ein Ordner, keine Backup-Datei.").arg(info.fileName())};
+        return Error{BackupReader::tr("„%1“ ist ein Ordner, keine Backup-Datei.").arg(info.fileName())};
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return Error{tr("Die Datei „%1“ konnte nicht geöffnet werden: %2").arg(info.fileName(), file.errorString())};
+        return Error{BackupReader::tr("Die Datei „%1“ konnte nicht geöffnet werden: %2")
+                         .arg(info.fileName(), file.errorString())};
     if (file.size() > maximumFileSize)
-        return Error{tr("Die Datei ist mit %1 MB zu groß für ein Backup.").arg(file.size() >> 20)};
+        return Error{BackupReader::tr("Die Datei ist mit %1 MB zu groß für ein Backup.").arg(file.size() >> 20)};
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
-        return Error{tr("Die Datei „%1“ konnte nicht gelesen werden: %2").arg(info.fileName(), file.errorString())};
+        return Error{BackupReader::tr("Die Datei „%1“ konnte nicht gelesen werden: %2")
+                         .arg(info.fileName(), file.errorString())};
     return decode(bytes);
 }
 
 Result<Backup> BackupReader::decode(QByteArrayView bytes)
 {
     if (bytes.trimmed().isEmpty())
-        return Error{tr("Die Datei ist leer.")};
+        return Error{BackupReader::tr("Die Datei ist leer.")};
     if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF"))
-        return Error{tr("Die Datei ist nicht UTF-8-kodiert (UTF-16 erkannt).")};
+        return Error{BackupReader::tr("Die Datei ist nicht UTF-8-kodiert (UTF-16 erkannt).")};
     // Editors on other systems like to prepend a byte-order mark; it carries nothing.
     if (bytes.startsWith("\xEF\xBB\xBF"))
         bytes = bytes.sliced(3);

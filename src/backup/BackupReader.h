@@ -2,6 +2,7 @@
 
 #include "archive/Result.h"
 #include "backup/Backup.h"
+#include <QCoreApplication>
 
 #include <QByteArrayView>
 
@@ -11,6 +12,8 @@
 // null optional values are ignored. Any fault fails the whole document with one German
 // message; nothing half-read is ever returned.
 class BackupReader {
+    Q_DECLARE_TR_FUNCTIONS(BackupReader)
+
 public:
     static Result<Backup> read(const QString &path);
     static Result<Backup> decode(QByteArrayView bytes);

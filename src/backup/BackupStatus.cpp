@@ -5,11 +5,6 @@
 
 namespace {
 
-QString tr(const char *text, int count = -1)
-{
-    return QCoreApplication::translate("BackupStatus", text, nullptr, count);
-}
-
 QString fileName(const QString &path)
 {
     return QFileInfo(path).fileName();
@@ -19,7 +14,7 @@ QString fileName(const QString &path)
 
 QString BackupStatus::backupCreated(int poemCount, const QString &path)
 {
-    return tr("Sicherung erstellt: %n Gedichte gespeichert. Datei: %1", poemCount).arg(fileName(path));
+    return tr("Sicherung erstellt: %n Gedichte gespeichert. Datei: %1", nullptr, poemCount).arg(fileName(path));
 }
 
 QString BackupStatus::backupFailed(const QString &reason)
@@ -58,7 +53,7 @@ QString BackupStatus::restoreAborted(const QString &reason)
 
 QString BackupStatus::dailyBackupCreated(int poemCount, const QString &path)
 {
-    return tr("Automatische Tagessicherung erstellt: %n Gedichte gespeichert. Datei: %1", poemCount)
+    return tr("Automatische Tagessicherung erstellt: %n Gedichte gespeichert. Datei: %1", nullptr, poemCount)
         .arg(fileName(path));
 }
 

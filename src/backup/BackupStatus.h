@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 // The status lines of backup, restore and the daily backup, as the main window and the
 // command line show them. File names are shown without their folder.
 class BackupStatus {
+    Q_DECLARE_TR_FUNCTIONS(BackupStatus)
+
 public:
     static QString backupCreated(int poemCount, const QString &path);
     static QString backupFailed(const QString &reason);

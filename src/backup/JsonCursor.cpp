@@ -9,11 +9,6 @@ namespace {
 
 constexpr std::size_t maximumDepth = 256;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("JsonCursor", text);
-}
-
 int hexValue(char c)
 {
     if (c >= '0' && c <= '9')

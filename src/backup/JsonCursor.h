@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QCoreApplication>
 #include <QString>
 
 #include <vector>
@@ -11,6 +12,8 @@
 // records without a tree in between. After the first error every call returns false and
 // errorText() says what and where.
 class JsonCursor {
+    Q_DECLARE_TR_FUNCTIONS(JsonCursor)
+
 public:
     enum class Kind { object, array, string, number, boolean, null, invalid };
 
