@@ -357,30 +357,6 @@ private Q_SLOTS:
         QCOMPARE(stored.size(), 1);
         QCOMPARE(stored.first()->text(), std::optional<QString>(QStringLiteral("Text von Herbst")));
     }
-
-    void restoreIsSavedAndItsSafetyBackupHoldsTheFormerArchive()
-    {
-        const QString storePath = m_archive->path(QStringLiteral("OdeLeaf.sqlite"));
-        QString safetyBackup;
-        {
-            auto store = PersistenceController::open(storePath);
-            ArchiveContext &archive = store.value()->viewContext();
-            addPoem(archive, QStringLiteral("Herbst"), exportTime);
-            QVERIFY(archive.save().ok());
-            const auto restored = RestorePlanner::restoreWithSafetyBackup(
-                backupOf({entry(QStringLiteral("Winter"), QStringLiteral("Schnee"))}), archive, RestoreMode::addMissing,
-                exportTime);
-            QVERIFY2(restored.ok(), qPrintable(restored.errorMessage()));
-            QCOMPARE(restored->counts.created, 1);
-            safetyBackup = restored->safetyBackupPath;
-            QCOMPARE(BackupStatus::restoreFinished(1, 0, safetyBackup),
-                     QStringLiteral("Wiederherstellung abgeschlossen: 1 neu ergänzt, 0 aktualisiert. Sicherheitskopie: "
-                                    "pre-restore-2026-11-14-220347.json"));
-        }
-        QCOMPARE(BackupReader::read(safetyBackup)->poems.size(), 1);
-        auto reopened = PersistenceController::open(storePath);
-        QCOMPARE(reopened.value()->viewContext().fetch().size(), 2);
-    }
 };
 
 QTEST_GUILESS_MAIN(RestoreTest)

@@ -106,23 +106,6 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(path(QStringLiteral("data/Safety Backups"))));
     }
 
-    void failedSafetyBackupAbortsTheRestore()
-    {
-        const QString id = add(QStringLiteral("Herbst"), QStringLiteral("Laub"));
-        QVERIFY(m_cli->run({QStringLiteral("backup"), path(QStringLiteral("b.json"))}).exitCode == 0);
-        m_cli->run({QStringLiteral("set"), id, QStringLiteral("--text"), QStringLiteral("neu")});
-        QFile blocker(path(QStringLiteral("data/Safety Backups")));
-        QVERIFY(blocker.open(QIODevice::WriteOnly));
-        blocker.close();
-        const CliOutcome restored = m_cli->run({QStringLiteral("restore"), path(QStringLiteral("b.json")),
-                                                QStringLiteral("--mode"), QStringLiteral("addMissingAndUpdate")});
-        QCOMPARE(restored.exitCode, 1);
-        QVERIFY2(restored.err.startsWith(QStringLiteral("Wiederherstellung abgebrochen: Die Sicherheitskopie oder das "
-                                                        "Einspielen ist fehlgeschlagen (")),
-                 qPrintable(restored.err));
-        QCOMPARE(textOf(id), QStringLiteral("neu"));
-    }
-
     void dailyBackupOnceADay()
     {
         const CliOutcome empty = m_cli->run({QStringLiteral("daily-backup")});
