@@ -20,6 +20,7 @@ const QString keyInterfaceLanguages = QStringLiteral("interfaceLanguages");
 const QString keySearchMode = QStringLiteral("searchMode");
 const QString keySearchTitleOnly = QStringLiteral("searchTitleOnly");
 const QString keyDailyBackup = QStringLiteral("automaticDailyBackupEnabled");
+const QString keyLastDailyBackup = QStringLiteral("lastAutomaticBackupDay");
 const QString keyRhymeProvider = QStringLiteral("defaultRhymeProvider");
 const QString keyEditorFont = QStringLiteral("editorFontName");
 const QString keyFooterAuthor = QStringLiteral("poemFooterAuthor");
@@ -140,6 +141,16 @@ bool AppPreferences::automaticDailyBackupEnabled()
 void AppPreferences::setAutomaticDailyBackupEnabled(bool value)
 {
     setValue(keyDailyBackup, value);
+}
+
+QString AppPreferences::lastAutomaticBackupDay()
+{
+    return string(keyLastDailyBackup);
+}
+
+void AppPreferences::setLastAutomaticBackupDay(const QString &day)
+{
+    setValue(keyLastDailyBackup, day);
 }
 
 QString AppPreferences::defaultRhymeProvider()
@@ -265,7 +276,7 @@ void AppPreferences::resetFolder(FolderKind kind)
 QStringList AppPreferences::knownKeys()
 {
     QStringList keys{keyAppLanguage, keySearchMode,   keySearchTitleOnly, keyDailyBackup, keyRhymeProvider,
-                     keyEditorFont,  keyFooterAuthor, keyFooterPlace,     keyCategories};
+                     keyEditorFont,  keyFooterAuthor, keyFooterPlace,     keyCategories,  keyLastDailyBackup};
     for (const FolderKind kind : allFolderKinds)
         keys.append(bookmarkKey(kind));
     return keys;

@@ -25,6 +25,9 @@ public:
 
     static bool automaticDailyBackupEnabled();
     static void setAutomaticDailyBackupEnabled(bool value);
+    // The local day ("yyyy-MM-dd") of the last daily backup written; empty before the first.
+    static QString lastAutomaticBackupDay();
+    static void setLastAutomaticBackupDay(const QString &day);
 
     // The stored provider identifier; the rhyme lookup maps unknown or empty to its first provider.
     static QString defaultRhymeProvider();

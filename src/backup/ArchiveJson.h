@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QDateTime>
 #include <QJsonValue>
+#include <QStringView>
 
 #include <optional>
 
@@ -13,7 +15,11 @@ class ArchiveJson {
 public:
     static QByteArray encode(const QJsonValue &value);
 
+    // The string escaping of encode(), for writers that stream a document themselves.
+    static void appendString(QByteArray &out, QStringView text);
+    static void appendUtf8String(QByteArray &out, QByteArrayView utf8);
+
     static QString dateText(const QDateTime &date);
     // Only the strict form "yyyy-MM-ddTHH:mm:ssZ" is accepted.
-    static std::optional<QDateTime> parseDate(const QString &text);
+    static std::optional<QDateTime> parseDate(QStringView text);
 };

@@ -3,6 +3,8 @@
 #include "archive/Poem.h"
 #include "backup/ArchiveJson.h"
 
+#include <cstdlib>
+
 namespace {
 
 void put(QJsonObject &object, const char *key, const std::optional<QString> &value)
@@ -22,8 +24,7 @@ void put(QJsonObject &object, const char *key, const std::optional<QDateTime> &v
 PoemBackup PoemBackup::fromPoem(const Poem &poem)
 {
     PoemBackup entry;
-    if (poem.id())
-        entry.id = uuidText(*poem.id());
+    entry.id = poem.id();
     entry.objectURI = poem.objectID();
     entry.title = poem.title();
     entry.titleNormalized = poem.titleNormalized();
@@ -44,7 +45,8 @@ PoemBackup PoemBackup::fromPoem(const Poem &poem)
 QJsonObject PoemBackup::toJson() const
 {
     QJsonObject object;
-    put(object, "id", id);
+    if (id)
+        object.insert(QStringLiteral("id"), uuidText(*id));
     object.insert(QStringLiteral("objectURI"), objectURI);
     put(object, "title", title);
     put(object, "titleNormalized", titleNormalized);
@@ -61,4 +63,42 @@ QJsonObject PoemBackup::toJson() const
     put(object, "updatedAt", updatedAt);
     put(object, "deletedAt", deletedAt);
     return object;
+}
+
+bool PoemBackup::matches(const Poem &local) const
+{
+    return id == local.id() && title == local.title() && titleNormalized == local.titleNormalized() &&
+           category == local.category() && text == local.text() && writerNotes == local.writerNotes() &&
+           externalId == local.externalId() && richTextData == local.richTextData() && inPodcast == local.inPodcast() &&
+           isPublished == local.isPublished() && sameDate(date, local.date()) &&
+           sameDate(createdAt, local.createdAt()) && sameDate(updatedAt, local.updatedAt()) &&
+           sameDate(deletedAt, local.deletedAt());
+}
+
+void PoemBackup::apply(Poem &local) const
+{
+    if (id)
+        local.setId(id);
+    else if (!local.id())
+        local.setId(QUuid::createUuid());
+    local.setTitle(title);
+    local.setTitleNormalized(titleNormalized);
+    local.setCategory(category);
+    local.setDate(date);
+    local.setText(text);
+    local.setRichTextData(richTextData);
+    local.setWriterNotes(writerNotes);
+    local.setExternalId(externalId);
+    local.setCreatedAt(createdAt);
+    local.setUpdatedAt(updatedAt);
+    local.setDeletedAt(deletedAt);
+    local.setInPodcast(inPodcast);
+    local.setPublished(isPublished);
+}
+
+bool PoemBackup::sameDate(const std::optional<QDateTime> &a, const std::optional<QDateTime> &b)
+{
+    if (!a || !b)
+        return !a && !b;
+    return std::abs(a->msecsTo(*b)) < 1000;
 }

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QJsonObject>
 #include <QString>
+#include <QUuid>
 
 #include <optional>
 
@@ -11,7 +12,7 @@ class Poem;
 
 // One poem as it stands in a backup document; the field names are the JSON keys.
 struct PoemBackup {
-    std::optional<QString> id;
+    std::optional<QUuid> id;
     QString objectURI;
     std::optional<QString> title;
     std::optional<QString> titleNormalized;
@@ -30,4 +31,13 @@ struct PoemBackup {
     static PoemBackup fromPoem(const Poem &poem);
     // Absent values are left out, never written as null.
     QJsonObject toJson() const;
+
+    // Equal in every field; dates within the tolerance of sameDate.
+    bool matches(const Poem &local) const;
+    // Copies every field onto the poem, clearing what the entry leaves absent. The poem
+    // keeps its own id only when the entry has none.
+    void apply(Poem &local) const;
+    // Stored dates keep milliseconds while the document has whole seconds, so dates less
+    // than a second apart are the same date.
+    static bool sameDate(const std::optional<QDateTime> &a, const std::optional<QDateTime> &b);
 };

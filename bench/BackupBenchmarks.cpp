@@ -1,0 +1,190 @@
+#include "ArchiveFixtures.h"
+
+#include "archive/ApplicationSupport.h"
+#include "archive/PersistenceController.h"
+#include "backup/BackupExporter.h"
+#include "backup/BackupReader.h"
+#include "matching/TitleKey.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <functional>
+
+namespace {
+
+constexpr int poemCount = 20000;
+constexpr int richPoemCount = 200;
+
+// 20,000 poems of 600 characters; every hundredth carries 50 KB of formatted text.
+struct Archive {
+    Archive() : controller(PersistenceController::inMemory())
+    {
+        ArchiveContext &context = controller->viewContext();
+        ArchiveFixtures fixtures;
+        const QDateTime now = QDateTime::currentDateTimeUtc();
+        for (int i = 0; i < poemCount; ++i) {
+            PoemPtr poem = context.insertPoem();
+            poem->setId(QUuid::createUuid());
+            poem->setTitle(fixtures.title());
+            poem->setTitleNormalized(normalize(*poem->title()));
+            poem->setText(fixtures.text(600));
+            poem->setCategory(QStringLiteral("Kategorie %1").arg(i % 30));
+            poem->setDate(now.addDays(-i));
+            poem->setCreatedAt(now.addSecs(-i * 60));
+            poem->setUpdatedAt(now.addSecs(-i));
+            if (i % (poemCount / richPoemCount) == 0) {
+                QByteArray rich(50 * 1024, Qt::Uninitialized);
+                for (char &byte : rich)
+                    byte = char(fixtures.next());
+                poem->setRichTextData(rich);
+            }
+        }
+        path = dir.filePath(QStringLiteral("OdeLeaf-Backup.json"));
+        ApplicationSupport::setDirectory(dir.filePath(QStringLiteral("OdeLeaf")));
+    }
+
+    QList<PoemPtr> poems() { return controller->viewContext().fetch(); }
+
+    QTemporaryDir dir;
+    std::unique_ptr<PersistenceController> controller;
+    QString path;
+};
+
+Archive &archive()
+{
+    static Archive instance;
+    return instance;
+}
+
+qint64 statusValue(const char *field)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(field))
+            return line.mid(qstrlen(field)).trimmed().split(' ').value(0).toLongLong() * 1024;
+    }
+    return 0;
+}
+
+// The resident peak while `work` runs, above what was resident before it.
+qint64 peakExtraMemory(const std::function<void()> &work)
+{
+    QFile clearRefs(QStringLiteral("/proc/self/clear_refs"));
+    if (clearRefs.open(QIODevice::WriteOnly))
+        clearRefs.write("5"); // resets the peak to the current size
+    clearRefs.close();
+    const qint64 before = statusValue("VmRSS:");
+    work();
+    return statusValue("VmHWM:") - before;
+}
+
+double seconds(const std::function<void()> &work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+double fileMegabytes()
+{
+    return double(QFileInfo(archive().path).size()) / (1 << 20);
+}
+
+double ownWriteSeconds = 0;
+double ownReadSeconds = 0;
+
+void BM_writeBackupOf20000Poems(benchmark::State &state)
+{
+    Archive &data = archive();
+    const qint64 extra = peakExtraMemory([&] {
+        if (!BackupExporter::writeBackup(data.poems(), data.path))
+            state.SkipWithError("the backup could not be written");
+    });
+    double total = 0;
+    for (auto _ : state)
+        total += seconds([&] { benchmark::DoNotOptimize(BackupExporter::writeBackup(data.poems(), data.path)); });
+    ownWriteSeconds = total / double(state.iterations());
+    state.counters["fileMB"] = fileMegabytes();
+    state.counters["peakExtraMB"] = double(extra) / (1 << 20);
+    state.counters["peakPerFileSize"] = double(extra) / (fileMegabytes() * (1 << 20));
+}
+BENCHMARK(BM_writeBackupOf20000Poems)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+void BM_readBackupOf20000Poems(benchmark::State &state)
+{
+    Archive &data = archive();
+    if (!QFileInfo::exists(data.path))
+        (void)BackupExporter::writeBackup(data.poems(), data.path);
+    qsizetype read = 0;
+    const qint64 extra = peakExtraMemory([&] {
+        const auto backup = BackupReader::read(data.path);
+        read = backup ? backup->poems.size() : 0;
+    });
+    if (read != poemCount)
+        state.SkipWithError("the backup did not read back whole");
+    double total = 0;
+    for (auto _ : state)
+        total += seconds([&] { benchmark::DoNotOptimize(BackupReader::read(data.path)); });
+    ownReadSeconds = total / double(state.iterations());
+    state.counters["fileMB"] = fileMegabytes();
+    state.counters["peakExtraMB"] = double(extra) / (1 << 20);
+    state.counters["peakPerFileSize"] = double(extra) / (fileMegabytes() * (1 << 20));
+}
+BENCHMARK(BM_readBackupOf20000Poems)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// Python's json module on the same document: load, then dump with sorted keys and
+// indentation. The ratios say how many times faster our reader and writer are.
+void BM_pythonJsonOnTheSameDocument(benchmark::State &state)
+{
+    static const char *script = "import json, sys, time\n"
+                                "t0 = time.perf_counter()\n"
+                                "with open(sys.argv[1], encoding='utf-8') as f: d = json.load(f)\n"
+                                "t1 = time.perf_counter()\n"
+                                "s = json.dumps(d, sort_keys=True, indent=2)\n"
+                                "t2 = time.perf_counter()\n"
+                                "print(t1 - t0, t2 - t1)\n";
+    double load = 0;
+    double dump = 0;
+    for (auto _ : state) {
+        QProcess python;
+        python.start(QStringLiteral("python3"), {QStringLiteral("-c"), QString::fromLatin1(script), archive().path});
+        if (!python.waitForFinished(120000) || python.exitCode() != 0) {
+            state.SkipWithError("python3 did not run");
+            return;
+        }
+        const QList<QByteArray> times = python.readAllStandardOutput().trimmed().split(' ');
+        load += times.value(0).toDouble();
+        dump += times.value(1).toDouble();
+    }
+    load /= double(state.iterations());
+    dump /= double(state.iterations());
+    state.counters["pyLoadMs"] = load * 1000;
+    state.counters["pyDumpMs"] = dump * 1000;
+    state.counters["ownReadMs"] = ownReadSeconds * 1000;
+    state.counters["ownWriteMs"] = ownWriteSeconds * 1000;
+    if (ownReadSeconds > 0 && ownWriteSeconds > 0) {
+        state.counters["pyLoad/ownRead"] = load / ownReadSeconds;
+        state.counters["pyDump/ownWrite"] = dump / ownWriteSeconds;
+    }
+}
+BENCHMARK(BM_pythonJsonOnTheSameDocument)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

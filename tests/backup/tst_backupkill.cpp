@@ -1,0 +1,141 @@
+#include "BackupTestSupport.h"
+
+#include "archive/PersistenceController.h"
+#include "backup/BackupExporter.h"
+#include "backup/BackupReader.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace BackupTestSupport;
+
+namespace {
+
+constexpr int poemCount = 3000;
+constexpr int trials = 50;
+
+} // namespace
+
+// A backup process killed at any moment leaves at its destination either the complete old
+// file or the complete new one, never a torn mixture.
+class BackupKillTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+    QString m_dataDir;
+    QString m_destination;
+    QByteArray m_oldBackup;
+
+    QProcess *startBackup()
+    {
+        auto *process = new QProcess(this);
+        process->start(QStringLiteral(ODELEAF_CLI),
+                       {QStringLiteral("--data-dir"), m_dataDir, QStringLiteral("backup"), m_destination});
+        process->waitForStarted();
+        return process;
+    }
+
+    // Whether the process holds a file open next to the destination: the unnamed
+    // temporary file of the atomic write.
+    bool isWriting(const QProcess &process) const
+    {
+        const QDir descriptors(QStringLiteral("/proc/%1/fd").arg(process.processId()));
+        const QString folder = m_dir.path() + QLatin1Char('/');
+        const QStringList entries = descriptors.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+        return std::any_of(entries.begin(), entries.end(), [&](const QString &entry) {
+            const QString target = QFile::symLinkTarget(descriptors.filePath(entry));
+            return target.startsWith(folder) && !target.startsWith(m_dataDir);
+        });
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_dataDir = m_dir.filePath(QStringLiteral("data"));
+        m_destination = m_dir.filePath(QStringLiteral("OdeLeaf-Backup.json"));
+        QVERIFY(QDir().mkpath(m_dataDir));
+        auto store = PersistenceController::open(m_dataDir + QStringLiteral("/OdeLeaf.sqlite"));
+        QVERIFY(store.ok());
+        ArchiveContext &archive = store.value()->viewContext();
+        QRandomGenerator random(11);
+        for (int i = 0; i < poemCount; ++i) {
+            PoemPtr poem = addPoem(archive, QStringLiteral("Gedicht %1").arg(i), utc(2026, 1, 1, 0, 0, 0).addSecs(i));
+            poem->setText(QString(600, QChar(u'a' + i % 26)));
+            if (i % 10 == 0) {
+                QByteArray rich(50 << 10, Qt::Uninitialized);
+                random.fillRange(reinterpret_cast<quint32 *>(rich.data()), rich.size() / 4);
+                poem->setRichTextData(rich);
+            }
+        }
+        QVERIFY(archive.save().ok());
+
+        const QString oldPath = m_dir.filePath(QStringLiteral("old.json"));
+        QVERIFY(BackupExporter::writeBackup(archive.fetch().mid(0, 1), oldPath).ok());
+        m_oldBackup = fileBytes(oldPath);
+        QVERIFY(QFile::remove(oldPath));
+    }
+
+    void killedWriterLeavesTheOldOrTheNewFile()
+    {
+        // One watched run finds when the writing happens; half of the kills aim there.
+        QElapsedTimer clock;
+        clock.start();
+        QProcess *watched = startBackup();
+        qint64 writeStart = -1;
+        qint64 writeEnd = -1;
+        while (!watched->waitForFinished(1) && clock.elapsed() < 60000) {
+            if (!isWriting(*watched))
+                continue;
+            writeEnd = clock.elapsed();
+            if (writeStart < 0)
+                writeStart = writeEnd;
+        }
+        const qint64 fullRun = clock.elapsed();
+        QCOMPARE(watched->exitCode(), 0);
+        QCOMPARE(BackupReader::read(m_destination)->poems.size(), poemCount);
+        QVERIFY2(writeStart >= 0, "the writing process was never seen writing");
+
+        int old = 0;
+        int complete = 0;
+        int killedWhileWriting = 0;
+        QRandomGenerator random(23);
+        for (int trial = 0; trial < trials; ++trial) {
+            QVERIFY(writeFile(m_destination, m_oldBackup));
+            const qint64 delay = trial % 2 == 0 ? random.bounded(fullRun * 12 / 10)
+                                                : writeStart + random.bounded(writeEnd - writeStart + 5);
+            QElapsedTimer sinceStart;
+            sinceStart.start();
+            QProcess *process = startBackup();
+            QTest::qSleep(int(std::max<qint64>(0, delay - sinceStart.elapsed())));
+            killedWhileWriting += isWriting(*process) ? 1 : 0;
+            process->kill();
+            process->waitForFinished(10000);
+            delete process;
+
+            const QByteArray found = fileBytes(m_destination);
+            if (found == m_oldBackup) {
+                ++old;
+                continue;
+            }
+            const auto decoded = BackupReader::decode(found);
+            QVERIFY2(decoded.ok(), qPrintable(QStringLiteral("trial %1: %2").arg(trial).arg(decoded.errorMessage())));
+            QCOMPARE(decoded->poems.size(), poemCount);
+            ++complete;
+        }
+        qInfo("%d trials, runs of %lld ms writing from %lld to %lld ms: %d old, %d new, %d killed while writing",
+              trials, fullRun, writeStart, writeEnd, old, complete, killedWhileWriting);
+        QCOMPARE(old + complete, trials);
+        // Otherwise the test would only have watched processes that were not writing.
+        QVERIFY(killedWhileWriting > 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(BackupKillTest)
+#include "tst_backupkill.moc"
