@@ -82,11 +82,6 @@ PoemValues readValues(const SqliteStatement &s)
     return v;
 }
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("PoemStore", text);
-}
-
 } // namespace
 
 PoemStore::PoemStore(std::unique_ptr<SqliteDatabase> db, QString path) : m_db(std::move(db)), m_path(std::move(path))
@@ -119,8 +114,9 @@ Result<std::unique_ptr<PoemStore>> PoemStore::prepare(std::unique_ptr<SqliteData
     if (!version)
         return version.error();
     if (*version > currentSchemaVersion)
-        return Error{tr("Die Archivdatei stammt aus einer neueren Version von OdeLeaf (Schema %1, diese Version kennt "
-                        "Schema %2).")
+        return Error{PoemStore::tr(
+                         "Die Archivdatei stammt aus einer neueren Version von OdeLeaf (Schema %1, diese Version kennt "
+                         "Schema %2).")
                          .arg(*version)
                          .arg(currentSchemaVersion)};
     if (*version == 0) {
@@ -131,7 +127,7 @@ Result<std::unique_ptr<PoemStore>> PoemStore::prepare(std::unique_ptr<SqliteData
         if (!row)
             return row.error();
         if (tables->int64(0) > 0)
-            return Error{tr("Die Datei ist kein OdeLeaf-Archiv.")};
+            return Error{PoemStore::tr("Die Datei ist kein OdeLeaf-Archiv.")};
     }
     if (!path.isEmpty()) {
         if (auto wal = db->execute(QStringLiteral("PRAGMA journal_mode=WAL")); !wal)

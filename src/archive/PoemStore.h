@@ -3,6 +3,7 @@
 #include "archive/PoemValues.h"
 #include "archive/Result.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <memory>
@@ -12,6 +13,8 @@ class SqliteDatabase;
 
 // The SQLite file behind the archive: schema, migration, and whole-change writes.
 class PoemStore {
+    Q_DECLARE_TR_FUNCTIONS(PoemStore)
+
 public:
     static constexpr int currentSchemaVersion = 2;
 

@@ -7,6 +7,7 @@
 #include "backup/PoemBackup.h"
 #include "cli/CliCommand.h"
 #include "cli/CliInvocation.h"
+#include "cli/CliTexts.h"
 #include "cli/PoemLookup.h"
 #include "matching/FuzzyMatcher.h"
 #include "matching/TitleKey.h"
@@ -15,11 +16,6 @@
 #include <QFile>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("odeleaf-cli", text);
-}
 
 struct PoemFieldOptions {
     std::optional<QString> title;
@@ -71,7 +67,7 @@ int applyFieldOptions(CliInvocation &cli, ArchiveContext &context, Poem &poem, c
     if (options.textFile) {
         QFile file(*options.textFile);
         if (!file.open(QIODevice::ReadOnly))
-            return cli.fail(tr("Datei konnte nicht gelesen werden: %1").arg(*options.textFile));
+            return cli.fail(CliTexts::tr("Datei konnte nicht gelesen werden: %1").arg(*options.textFile));
         text = QString::fromUtf8(file.readAll());
     }
     std::optional<QDateTime> date;
@@ -111,7 +107,7 @@ int applyFieldOptions(CliInvocation &cli, ArchiveContext &context, Poem &poem, c
         },
         QDateTime::currentDateTimeUtc());
     if (!saved)
-        return cli.fail(tr("Speichern fehlgeschlagen: %1").arg(saved.errorMessage()));
+        return cli.fail(CliTexts::tr("Speichern fehlgeschlagen: %1").arg(saved.errorMessage()));
     return 0;
 }
 
@@ -155,7 +151,7 @@ int runSet(CliInvocation &cli)
         return 1;
     if (const int status = applyFieldOptions(cli, *poem->context(), *poem, options); status != 0)
         return status;
-    cli.print(tr("Gespeichert"));
+    cli.print(CliTexts::tr("Gespeichert"));
     return 0;
 }
 

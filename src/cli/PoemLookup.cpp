@@ -2,6 +2,7 @@
 
 #include "archive/ArchiveContext.h"
 #include "cli/CliInvocation.h"
+#include "cli/CliTexts.h"
 
 #include <QCoreApplication>
 
@@ -13,6 +14,6 @@ PoemPtr findPoemArgument(CliInvocation &invocation, const QString &idText)
     const QUuid id(idText.trimmed());
     PoemPtr poem = id.isNull() ? nullptr : context->poemWithID(id);
     if (!poem)
-        invocation.fail(QCoreApplication::translate("odeleaf-cli", "Gedicht nicht gefunden: %1").arg(idText));
+        invocation.fail(CliTexts::tr("Gedicht nicht gefunden: %1").arg(idText));
     return poem;
 }
