@@ -5,7 +5,6 @@
 #include "matching/FuzzyMatcher.h"
 #include "matching/TitleKey.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QTemporaryDir>
 
@@ -74,12 +73,3 @@ void BM_openStoreOf20000Poems(benchmark::State &state)
 BENCHMARK(BM_openStoreOf20000Poems)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

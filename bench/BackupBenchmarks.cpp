@@ -6,7 +6,6 @@
 #include "backup/BackupReader.h"
 #include "matching/TitleKey.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -179,12 +178,3 @@ void BM_pythonJsonOnTheSameDocument(benchmark::State &state)
 BENCHMARK(BM_pythonJsonOnTheSameDocument)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
