@@ -34,9 +34,9 @@ void replaceUmlauts(QString &text)
         QString from;
         QString to;
     } replacements[] = {
-        {QStringLiteral("ä"), QStringLiteral("ae")},       {QStringLiteral("a\u0308"), QStringLiteral("ae")},
-        {QStringLiteral("ö"), QStringLiteral("oe")},       {QStringLiteral("o\u0308"), QStringLiteral("oe")},
-        {QStringLiteral("ü"), QStringLiteral("ue")},       {QStringLiteral("u\u0308"), QStringLiteral("ue")},
+        {QStringLiteral("ä"), QStringLiteral("ae")}, {QStringLiteral("a\u0308"), QStringLiteral("ae")},
+        {QStringLiteral("ö"), QStringLiteral("oe")}, {QStringLiteral("o\u0308"), QStringLiteral("oe")},
+        {QStringLiteral("ü"), QStringLiteral("ue")}, {QStringLiteral("u\u0308"), QStringLiteral("ue")},
         {QStringLiteral("ß"), QStringLiteral("ss")},
     };
     for (const auto &r : replacements) {
@@ -98,14 +98,14 @@ bool hasMoreThanOneCharacter(const QString &piece)
 const QSet<QString> &stopWords()
 {
     static const QSet<QString> words = {
-        QStringLiteral("der"),   QStringLiteral("die"),  QStringLiteral("das"),   QStringLiteral("und"),
-        QStringLiteral("oder"),  QStringLiteral("ein"),  QStringLiteral("eine"),  QStringLiteral("einen"),
-        QStringLiteral("einem"), QStringLiteral("einer"), QStringLiteral("im"),   QStringLiteral("in"),
-        QStringLiteral("am"),    QStringLiteral("an"),   QStringLiteral("auf"),   QStringLiteral("aus"),
-        QStringLiteral("zu"),    QStringLiteral("zum"),  QStringLiteral("zur"),   QStringLiteral("von"),
-        QStringLiteral("mit"),   QStringLiteral("ohne"), QStringLiteral("ich"),   QStringLiteral("du"),
-        QStringLiteral("er"),    QStringLiteral("sie"),  QStringLiteral("es"),    QStringLiteral("wir"),
-        QStringLiteral("ihr"),   QStringLiteral("man"),  QStringLiteral("nicht"), QStringLiteral("kein"),
+        QStringLiteral("der"),   QStringLiteral("die"),   QStringLiteral("das"),   QStringLiteral("und"),
+        QStringLiteral("oder"),  QStringLiteral("ein"),   QStringLiteral("eine"),  QStringLiteral("einen"),
+        QStringLiteral("einem"), QStringLiteral("einer"), QStringLiteral("im"),    QStringLiteral("in"),
+        QStringLiteral("am"),    QStringLiteral("an"),    QStringLiteral("auf"),   QStringLiteral("aus"),
+        QStringLiteral("zu"),    QStringLiteral("zum"),   QStringLiteral("zur"),   QStringLiteral("von"),
+        QStringLiteral("mit"),   QStringLiteral("ohne"),  QStringLiteral("ich"),   QStringLiteral("du"),
+        QStringLiteral("er"),    QStringLiteral("sie"),   QStringLiteral("es"),    QStringLiteral("wir"),
+        QStringLiteral("ihr"),   QStringLiteral("man"),   QStringLiteral("nicht"), QStringLiteral("kein"),
         QStringLiteral("keine"),
     };
     return words;
