@@ -354,8 +354,9 @@ private:
 
     void startParagraph()
     {
+        // The line break carries the attributes of the text before it.
         if (m_paragraphCount++ > 0)
-            m_text.append(QStringLiteral("\n"), currentAttributes());
+            m_text.append(QStringLiteral("\n"), m_lastAttributes);
         applyParagraphProperties({});
     }
 
@@ -370,7 +371,11 @@ private:
         m_runProperties = m_paragraphRun;
     }
 
-    void appendText(const QString &text) { m_text.append(text, currentAttributes()); }
+    void appendText(const QString &text)
+    {
+        m_lastAttributes = currentAttributes();
+        m_text.append(text, m_lastAttributes);
+    }
 
     TextAttributes currentAttributes() const { return finalAttributes(m_runProperties, m_alignment); }
 
@@ -380,6 +385,7 @@ private:
     RunProperties m_paragraphRun;
     RunProperties m_runProperties;
     Qt::Alignment m_alignment = Qt::AlignLeft;
+    TextAttributes m_lastAttributes;
     int m_paragraphCount = 0;
 };
 
