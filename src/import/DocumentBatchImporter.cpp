@@ -11,66 +11,116 @@
 
 namespace {
 
-// The index plus each title's fuzzy key, made the first time a poem is scored.
+// A fuzzy key ready for many comparisons: its ASCII text and its words as numbers.
+struct PreparedKey {
+    QByteArray text;
+    std::vector<int> sortedTokens;
+};
+
+// The index plus each title's fuzzy key, made the first time a poem is scored. Words of
+// names and titles are numbered per run, so comparing two keys' words compares integers.
 class ScoringContext {
 public:
     explicit ScoringContext(const QList<PoemSnapshotEntry> &poems)
-        : m_index(poems), m_fuzzyKeys(size_t(m_index.poemCount())), m_idTexts(size_t(m_index.poemCount()))
+        : m_index(poems), m_titleKeys(size_t(m_index.poemCount())), m_idTexts(size_t(m_index.poemCount()))
     {
     }
 
     const TitleIndex &index() const { return m_index; }
 
-    void appendIfCandidate(const FuzzyMatcher::Key &name, int poem, QList<MatchCandidate> &candidates)
+    PreparedKey prepareName(const QString &base) { return prepare(FuzzyMatcher::normalize(base)); }
+
+    // 0 when the pair is no candidate.
+    double score(const PreparedKey &name, int poem)
     {
-        const double score = FuzzyMatcher::score(name, fuzzyKey(poem));
-        if (score > 0.0)
-            candidates.append({idText(poem), m_index.title(poem), score});
+        const PreparedKey &title = titleKey(poem);
+        if (name.text.isEmpty() || title.text.isEmpty())
+            return 0.0;
+        qsizetype shared = 0;
+        auto a = name.sortedTokens.begin();
+        auto b = title.sortedTokens.begin();
+        while (a != name.sortedTokens.end() && b != title.sortedTokens.end()) {
+            if (*a < *b) {
+                ++a;
+            } else if (*b < *a) {
+                ++b;
+            } else {
+                ++shared, ++a, ++b;
+            }
+        }
+        const qsizetype tokenUnion = qsizetype(name.sortedTokens.size() + title.sortedTokens.size()) - shared;
+        const int distance = FuzzyMatcher::levenshtein(std::string_view(name.text.constData(), size_t(name.text.size())),
+                                                       std::string_view(title.text.constData(), size_t(title.text.size())));
+        return FuzzyMatcher::score(shared, tokenUnion, distance, std::max(name.text.size(), title.text.size()));
+    }
+
+    MatchCandidate candidate(int poem, double score)
+    {
+        QString &idText = m_idTexts[size_t(poem)];
+        if (idText.isEmpty())
+            idText = uuidText(m_index.id(poem));
+        return {idText, m_index.title(poem), score};
     }
 
 private:
-    const FuzzyMatcher::Key &fuzzyKey(int poem)
+    const PreparedKey &titleKey(int poem)
     {
-        std::optional<FuzzyMatcher::Key> &key = m_fuzzyKeys[size_t(poem)];
+        std::optional<PreparedKey> &key = m_titleKeys[size_t(poem)];
         if (!key)
-            key = FuzzyMatcher::key(m_index.title(poem));
+            key = prepare(FuzzyMatcher::normalize(m_index.title(poem)));
         return *key;
     }
 
-    const QString &idText(int poem)
+    PreparedKey prepare(const QString &fuzzyKey)
     {
-        QString &text = m_idTexts[size_t(poem)];
-        if (text.isEmpty())
-            text = uuidText(m_index.id(poem));
-        return text;
+        PreparedKey prepared{fuzzyKey.toLatin1(), {}};
+        for (const QString &token : FuzzyMatcher::tokens(fuzzyKey)) {
+            const auto known = m_tokenNumbers.constFind(token);
+            prepared.sortedTokens.push_back(known != m_tokenNumbers.constEnd()
+                                                ? *known
+                                                : *m_tokenNumbers.insert(token, int(m_tokenNumbers.size())));
+        }
+        std::sort(prepared.sortedTokens.begin(), prepared.sortedTokens.end());
+        return prepared;
     }
 
     TitleIndex m_index;
-    std::vector<std::optional<FuzzyMatcher::Key>> m_fuzzyKeys;
+    QHash<QString, int> m_tokenNumbers;
+    std::vector<std::optional<PreparedKey>> m_titleKeys;
     std::vector<QString> m_idTexts;
+};
+
+struct ScoredPoem {
+    int poem;
+    double score;
 };
 
 QList<MatchCandidate> rankedCandidates(ScoringContext &scoring, const QString &base, int topK)
 {
-    QList<MatchCandidate> candidates;
-    const FuzzyMatcher::Key nameKey = FuzzyMatcher::key(base);
-    if (nameKey.isEmpty())
-        return candidates; // no title can score above 0 against an empty key
+    const PreparedKey nameKey = scoring.prepareName(base);
+    if (nameKey.text.isEmpty())
+        return {}; // no title can score above 0 against an empty key
     const TitleIndex &index = scoring.index();
     const TitleIndex::Name name = index.prepare(base);
+    std::vector<ScoredPoem> scored;
+    const auto scoreIfCandidate = [&](int poem) {
+        if (const double score = scoring.score(nameKey, poem); score > 0.0)
+            scored.push_back({poem, score});
+    };
     for (const int poem : index.candidatePoems(name)) {
         if (index.quickScore(name, poem) >= TitleIndex::quickScoreGate)
-            scoring.appendIfCandidate(nameKey, poem, candidates);
+            scoreIfCandidate(poem);
     }
-    if (candidates.isEmpty()) {
+    if (scored.empty()) {
         for (const int poem : index.fallbackPoems(name, TitleIndex::fallbackLimit))
-            scoring.appendIfCandidate(nameKey, poem, candidates);
+            scoreIfCandidate(poem);
     }
     // Stable, so equal scores stay in the order the index produced them.
-    std::stable_sort(candidates.begin(), candidates.end(),
-                     [](const MatchCandidate &a, const MatchCandidate &b) { return a.score > b.score; });
-    if (candidates.size() > topK)
-        candidates.resize(std::max(topK, 0));
+    std::stable_sort(scored.begin(), scored.end(), [](const ScoredPoem &a, const ScoredPoem &b) { return a.score > b.score; });
+    QList<MatchCandidate> candidates;
+    const size_t kept = std::min(scored.size(), size_t(std::max(topK, 0)));
+    for (size_t i = 0; i < kept; ++i)
+        candidates.append(scoring.candidate(scored[i].poem, scored[i].score));
     return candidates;
 }
 

@@ -56,7 +56,8 @@ bool isAsciiKept(QChar c)
 }
 
 // Classic edit distance with one rolling row over b.
-template <typename T> int editDistance(std::span<const T> a, std::span<const T> b)
+template <typename T>
+int editDistance(std::span<const T> a, std::span<const T> b)
 {
     if (a.empty())
         return int(b.size());
@@ -78,7 +79,8 @@ template <typename T> int editDistance(std::span<const T> a, std::span<const T> 
         for (size_t j = 1; j <= b.size(); ++j) {
             const int above = row[j];
             const int substitution = diagonal + (left == b[j - 1] ? 0 : 1);
-            row[j] = std::min({above + 1, row[j - 1] + 1, substitution});
+            const int insertion = std::min(above, row[j - 1]) + 1;
+            row[j] = std::min(insertion, substitution);
             diagonal = above;
         }
     }
@@ -156,6 +158,11 @@ int FuzzyMatcher::levenshtein(const QString &a, const QString &b)
                         std::span<const QStringView>(clustersB.constData(), size_t(clustersB.size())));
 }
 
+int FuzzyMatcher::levenshtein(std::string_view a, std::string_view b)
+{
+    return editDistance(std::span<const char>(a.data(), a.size()), std::span<const char>(b.data(), b.size()));
+}
+
 FuzzyMatcher::Key FuzzyMatcher::key(const QString &text)
 {
     Key key;
@@ -175,11 +182,18 @@ double FuzzyMatcher::score(const Key &name, const Key &title)
     if (name.isEmpty() || title.isEmpty())
         return 0.0;
     const int shared = sharedCount(name.sortedTokens, title.sortedTokens);
-    const qsizetype unionSize = name.sortedTokens.size() + title.sortedTokens.size() - shared;
-    const double tokenSimilarity = unionSize == 0 ? 0.0 : double(shared) / double(unionSize);
-    // Fuzzy keys are ASCII, so characters are UTF-16 units here.
-    const int distance = levenshtein(name.text, title.text);
-    const qsizetype longer = std::max(name.text.size(), title.text.size());
-    const double editSimilarity = longer == 0 ? 1.0 : 1.0 - double(distance) / double(longer);
+    const qsizetype tokenUnion = name.sortedTokens.size() + title.sortedTokens.size() - shared;
+    // Fuzzy keys are ASCII: one byte per character.
+    const QByteArray nameText = name.text.toLatin1();
+    const QByteArray titleText = title.text.toLatin1();
+    const int distance = levenshtein(std::string_view(nameText.constData(), size_t(nameText.size())),
+                                     std::string_view(titleText.constData(), size_t(titleText.size())));
+    return score(shared, tokenUnion, distance, std::max(nameText.size(), titleText.size()));
+}
+
+double FuzzyMatcher::score(qsizetype sharedTokens, qsizetype tokenUnion, int distance, qsizetype longerLength)
+{
+    const double tokenSimilarity = tokenUnion == 0 ? 0.0 : double(sharedTokens) / double(tokenUnion);
+    const double editSimilarity = longerLength == 0 ? 1.0 : 1.0 - double(distance) / double(longerLength);
     return jaccardWeight * tokenSimilarity + editDistanceWeight * editSimilarity;
 }

@@ -175,8 +175,12 @@ double TitleIndex::quickScore(const Name &name, int poem) const
             ++shared;
     }
     const qsizetype unionSize = name.tokens.size() + qsizetype(indexed.sortedTokenNumbers.size()) - shared;
-    return boundedScore(double(shared) / double(unionSize), titleContains(indexed.normalized, name.normalized),
-                        titleContains(name.normalized, indexed.normalized));
+    // A string only holds one at most as long as itself.
+    const qsizetype nameLength = name.normalized.size();
+    const qsizetype titleLength = indexed.normalized.size();
+    const bool titleHoldsName = titleLength >= nameLength && titleContains(indexed.normalized, name.normalized);
+    const bool nameHoldsTitle = nameLength >= titleLength && titleContains(name.normalized, indexed.normalized);
+    return boundedScore(double(shared) / double(unionSize), titleHoldsName, nameHoldsTitle);
 }
 
 double TitleIndex::quickScore(const QString &fileName, const QString &poemTitle)
