@@ -49,8 +49,9 @@ public:
             }
         }
         const qsizetype tokenUnion = qsizetype(name.sortedTokens.size() + title.sortedTokens.size()) - shared;
-        const int distance = FuzzyMatcher::levenshtein(std::string_view(name.text.constData(), size_t(name.text.size())),
-                                                       std::string_view(title.text.constData(), size_t(title.text.size())));
+        const int distance =
+            FuzzyMatcher::levenshtein(std::string_view(name.text.constData(), size_t(name.text.size())),
+                                      std::string_view(title.text.constData(), size_t(title.text.size())));
         return FuzzyMatcher::score(shared, tokenUnion, distance, std::max(name.text.size(), title.text.size()));
     }
 
@@ -108,7 +109,7 @@ QList<MatchCandidate> rankedCandidates(ScoringContext &scoring, const QString &b
             scored.push_back({poem, score});
     };
     for (const int poem : index.candidatePoems(name)) {
-        if (index.quickScore(name, poem) >= TitleIndex::quickScoreGate)
+        if (index.passesQuickScoreGate(name, poem))
             scoreIfCandidate(poem);
     }
     if (scored.empty()) {
@@ -116,7 +117,8 @@ QList<MatchCandidate> rankedCandidates(ScoringContext &scoring, const QString &b
             scoreIfCandidate(poem);
     }
     // Stable, so equal scores stay in the order the index produced them.
-    std::stable_sort(scored.begin(), scored.end(), [](const ScoredPoem &a, const ScoredPoem &b) { return a.score > b.score; });
+    std::stable_sort(scored.begin(), scored.end(),
+                     [](const ScoredPoem &a, const ScoredPoem &b) { return a.score > b.score; });
     QList<MatchCandidate> candidates;
     const size_t kept = std::min(scored.size(), size_t(std::max(topK, 0)));
     for (size_t i = 0; i < kept; ++i)

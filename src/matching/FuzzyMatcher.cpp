@@ -56,8 +56,7 @@ bool isAsciiKept(QChar c)
 }
 
 // Classic edit distance with one rolling row over b.
-template <typename T>
-int editDistance(std::span<const T> a, std::span<const T> b)
+template <typename T> int editDistance(std::span<const T> a, std::span<const T> b)
 {
     if (a.empty())
         return int(b.size());

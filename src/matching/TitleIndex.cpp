@@ -163,24 +163,51 @@ std::vector<int> TitleIndex::fallbackPoems(const Name &name, qsizetype limit) co
     return kept.empty() ? firstOfAll() : kept;
 }
 
+std::optional<double> TitleIndex::tokenOverlap(const Name &name, const IndexedPoem &poem) const
+{
+    if (name.tokens.isEmpty() || poem.sortedTokenNumbers.empty())
+        return std::nullopt;
+    qsizetype shared = 0;
+    for (const int number : name.tokenNumbers) {
+        if (number >= 0 && std::binary_search(poem.sortedTokenNumbers.begin(), poem.sortedTokenNumbers.end(), number))
+            ++shared;
+    }
+    const qsizetype unionSize = name.tokens.size() + qsizetype(poem.sortedTokenNumbers.size()) - shared;
+    return double(shared) / double(unionSize);
+}
+
+// A string only holds one at most as long as itself.
+bool TitleIndex::titleHoldsName(const Name &name, const IndexedPoem &poem)
+{
+    return poem.normalized.size() >= name.normalized.size() && titleContains(poem.normalized, name.normalized);
+}
+
+bool TitleIndex::nameHoldsTitle(const Name &name, const IndexedPoem &poem)
+{
+    return name.normalized.size() >= poem.normalized.size() && titleContains(name.normalized, poem.normalized);
+}
+
 double TitleIndex::quickScore(const Name &name, int poem) const
 {
     const IndexedPoem &indexed = m_poems[size_t(poem)];
-    if (name.tokens.isEmpty() || indexed.sortedTokenNumbers.empty())
+    const std::optional<double> overlap = tokenOverlap(name, indexed);
+    if (!overlap)
         return 0.0;
-    qsizetype shared = 0;
-    for (const int number : name.tokenNumbers) {
-        if (number >= 0 &&
-            std::binary_search(indexed.sortedTokenNumbers.begin(), indexed.sortedTokenNumbers.end(), number))
-            ++shared;
-    }
-    const qsizetype unionSize = name.tokens.size() + qsizetype(indexed.sortedTokenNumbers.size()) - shared;
-    // A string only holds one at most as long as itself.
-    const qsizetype nameLength = name.normalized.size();
-    const qsizetype titleLength = indexed.normalized.size();
-    const bool titleHoldsName = titleLength >= nameLength && titleContains(indexed.normalized, name.normalized);
-    const bool nameHoldsTitle = nameLength >= titleLength && titleContains(name.normalized, indexed.normalized);
-    return boundedScore(double(shared) / double(unionSize), titleHoldsName, nameHoldsTitle);
+    return boundedScore(*overlap, titleHoldsName(name, indexed), nameHoldsTitle(name, indexed));
+}
+
+bool TitleIndex::passesQuickScoreGate(const Name &name, int poem) const
+{
+    const IndexedPoem &indexed = m_poems[size_t(poem)];
+    const std::optional<double> overlap = tokenOverlap(name, indexed);
+    if (!overlap)
+        return false;
+    // The bonuses only add, and the cap at 1 lies above the gate.
+    if (*overlap >= quickScoreGate)
+        return true;
+    if (titleHoldsName(name, indexed))
+        return boundedScore(*overlap, true, nameHoldsTitle(name, indexed)) >= quickScoreGate;
+    return boundedScore(*overlap, false, nameHoldsTitle(name, indexed)) >= quickScoreGate;
 }
 
 double TitleIndex::quickScore(const QString &fileName, const QString &poemTitle)

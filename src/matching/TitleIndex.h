@@ -51,6 +51,9 @@ public:
     std::vector<int> candidatePoems(const Name &name) const;
     std::vector<int> fallbackPoems(const Name &name, qsizetype limit) const;
     double quickScore(const Name &name, int poem) const;
+    // quickScore(name, poem) >= quickScoreGate, looking for a substring only when the
+    // shared words alone do not decide it.
+    bool passesQuickScoreGate(const Name &name, int poem) const;
 
     int poemCount() const { return int(m_poems.size()); }
     const QUuid &id(int poem) const { return m_poems[size_t(poem)].id; }
@@ -67,6 +70,10 @@ private:
     };
 
     int numberForToken(const QString &token);
+    // The word overlap of the quick score; nullopt when either side has no words.
+    std::optional<double> tokenOverlap(const Name &name, const IndexedPoem &poem) const;
+    static bool titleHoldsName(const Name &name, const IndexedPoem &poem);
+    static bool nameHoldsTitle(const Name &name, const IndexedPoem &poem);
     static bool titleContains(const QString &haystack, const QString &needle);
     QList<QUuid> idsOf(const std::vector<int> &poems) const;
 

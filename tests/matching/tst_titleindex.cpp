@@ -138,6 +138,14 @@ private Q_SLOTS:
                                              << "Nacht" << 1.0 / 3.0 + 0.1;
         QTest::newRow("half the words") << "Nacht Wind"
                                         << "Wind Meer" << 1.0 / 3.0;
+        QTest::newRow("few words shared, title holds name") << "Abend"
+                                                            << "Abend Wind Meer Nacht Lied" << 0.2 + 0.25;
+        QTest::newRow("few words shared, name holds title") << "Rose Tulpe Nelke Lilie Wind Meer"
+                                                            << "Meer" << 1.0 / 6.0 + 0.1;
+        QTest::newRow("name holds title, still below") << "Rose Tulpe Nelke Lilie Wind Meer Nacht"
+                                                       << "Meer" << 1.0 / 7.0 + 0.1;
+        QTest::newRow("one word of many") << "Rose Tulpe Nelke Lilie Wind"
+                                          << "Wind Meer" << 1.0 / 6.0;
         QTest::newRow("no words on one side") << "A und O"
                                               << "A und O" << 0.0;
         QTest::newRow("nothing shared") << "Rose"
@@ -153,6 +161,8 @@ private Q_SLOTS:
         // The prepared form used by the matcher gives the same number.
         const TitleIndex index({{QUuid::createUuid(), title}});
         QVERIFY(qAbs(index.quickScore(index.prepare(name), 0) - score) < exactly);
+        QCOMPARE(index.passesQuickScoreGate(index.prepare(name), 0), score >= 0.25);
+        QCOMPARE(index.passesQuickScoreGate(index.prepare(name), 0), score >= 0.25);
     }
 
     void jaccardAndLevenshtein()
