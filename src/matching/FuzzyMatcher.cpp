@@ -166,6 +166,7 @@ FuzzyMatcher::Key FuzzyMatcher::key(const QString &text)
 {
     Key key;
     key.text = normalize(text);
+    key.ascii = key.text.toLatin1();
     key.sortedTokens = tokens(key.text).values();
     std::sort(key.sortedTokens.begin(), key.sortedTokens.end());
     return key;
@@ -182,12 +183,9 @@ double FuzzyMatcher::score(const Key &name, const Key &title)
         return 0.0;
     const int shared = sharedCount(name.sortedTokens, title.sortedTokens);
     const qsizetype tokenUnion = name.sortedTokens.size() + title.sortedTokens.size() - shared;
-    // Fuzzy keys are ASCII: one byte per character.
-    const QByteArray nameText = name.text.toLatin1();
-    const QByteArray titleText = title.text.toLatin1();
-    const int distance = levenshtein(std::string_view(nameText.constData(), size_t(nameText.size())),
-                                     std::string_view(titleText.constData(), size_t(titleText.size())));
-    return score(shared, tokenUnion, distance, std::max(nameText.size(), titleText.size()));
+    const int distance = levenshtein(std::string_view(name.ascii.constData(), size_t(name.ascii.size())),
+                                     std::string_view(title.ascii.constData(), size_t(title.ascii.size())));
+    return score(shared, tokenUnion, distance, std::max(name.ascii.size(), title.ascii.size()));
 }
 
 double FuzzyMatcher::score(qsizetype sharedTokens, qsizetype tokenUnion, int distance, qsizetype longerLength)

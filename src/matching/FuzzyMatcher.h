@@ -26,6 +26,7 @@ public:
     // A text's fuzzy key with its tokens sorted, prepared once and scored many times.
     struct Key {
         QString text;
+        QByteArray ascii; // the same text, one byte per character
         QStringList sortedTokens;
         bool isEmpty() const { return text.isEmpty(); }
     };
