@@ -1,9 +1,14 @@
 #include "matching/FuzzyMatcher.h"
 
+#include "matching/TextClusters.h"
+
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
+#include <array>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace {
@@ -50,6 +55,56 @@ bool isAsciiKept(QChar c)
     return (u >= 'a' && u <= 'z') || (u >= '0' && u <= '9');
 }
 
+// Classic edit distance with one rolling row over b.
+template <typename T> int editDistance(std::span<const T> a, std::span<const T> b)
+{
+    if (a.empty())
+        return int(b.size());
+    if (b.empty())
+        return int(a.size());
+    std::array<int, 128> fixedRow;
+    std::vector<int> largeRow;
+    int *row = fixedRow.data();
+    if (b.size() + 1 > fixedRow.size()) {
+        largeRow.resize(b.size() + 1);
+        row = largeRow.data();
+    }
+    for (size_t j = 0; j <= b.size(); ++j)
+        row[j] = int(j);
+    for (size_t i = 1; i <= a.size(); ++i) {
+        int diagonal = row[0];
+        row[0] = int(i);
+        const T &left = a[i - 1];
+        for (size_t j = 1; j <= b.size(); ++j) {
+            const int above = row[j];
+            const int substitution = diagonal + (left == b[j - 1] ? 0 : 1);
+            const int insertion = std::min(above, row[j - 1]) + 1;
+            row[j] = std::min(insertion, substitution);
+            diagonal = above;
+        }
+    }
+    return row[b.size()];
+}
+
+int sharedCount(const QStringList &sortedA, const QStringList &sortedB)
+{
+    int shared = 0;
+    auto a = sortedA.cbegin();
+    auto b = sortedB.cbegin();
+    while (a != sortedA.cend() && b != sortedB.cend()) {
+        if (*a < *b) {
+            ++a;
+        } else if (*b < *a) {
+            ++b;
+        } else {
+            ++shared;
+            ++a;
+            ++b;
+        }
+    }
+    return shared;
+}
+
 } // namespace
 
 QString FuzzyMatcher::normalize(const QString &text)
@@ -78,4 +133,64 @@ QSet<QString> FuzzyMatcher::tokens(const QString &fuzzyKey)
     for (const QStringView piece : QStringView(fuzzyKey).split(QLatin1Char(' '), Qt::SkipEmptyParts))
         tokens.insert(piece.toString());
     return tokens;
+}
+
+double FuzzyMatcher::jaccard(const QSet<QString> &a, const QSet<QString> &b)
+{
+    const QSet<QString> &smaller = a.size() <= b.size() ? a : b;
+    const QSet<QString> &larger = a.size() <= b.size() ? b : a;
+    qsizetype shared = 0;
+    for (const QString &token : smaller)
+        shared += larger.contains(token) ? 1 : 0;
+    const qsizetype unionSize = a.size() + b.size() - shared;
+    return unionSize == 0 ? 0.0 : double(shared) / double(unionSize);
+}
+
+int FuzzyMatcher::levenshtein(const QString &a, const QString &b)
+{
+    if (TextClusters::isOneUnitPerCharacter(a) && TextClusters::isOneUnitPerCharacter(b))
+        return editDistance(std::span<const QChar>(a.constData(), size_t(a.size())),
+                            std::span<const QChar>(b.constData(), size_t(b.size())));
+    const QList<QStringView> clustersA = TextClusters::split(a);
+    const QList<QStringView> clustersB = TextClusters::split(b);
+    return editDistance(std::span<const QStringView>(clustersA.constData(), size_t(clustersA.size())),
+                        std::span<const QStringView>(clustersB.constData(), size_t(clustersB.size())));
+}
+
+int FuzzyMatcher::levenshtein(std::string_view a, std::string_view b)
+{
+    return editDistance(std::span<const char>(a.data(), a.size()), std::span<const char>(b.data(), b.size()));
+}
+
+FuzzyMatcher::Key FuzzyMatcher::key(const QString &text)
+{
+    Key key;
+    key.text = normalize(text);
+    key.ascii = key.text.toLatin1();
+    key.sortedTokens = tokens(key.text).values();
+    std::sort(key.sortedTokens.begin(), key.sortedTokens.end());
+    return key;
+}
+
+double FuzzyMatcher::score(const QString &fileBaseName, const QString &title)
+{
+    return score(key(fileBaseName), key(title));
+}
+
+double FuzzyMatcher::score(const Key &name, const Key &title)
+{
+    if (name.isEmpty() || title.isEmpty())
+        return 0.0;
+    const int shared = sharedCount(name.sortedTokens, title.sortedTokens);
+    const qsizetype tokenUnion = name.sortedTokens.size() + title.sortedTokens.size() - shared;
+    const int distance = levenshtein(std::string_view(name.ascii.constData(), size_t(name.ascii.size())),
+                                     std::string_view(title.ascii.constData(), size_t(title.ascii.size())));
+    return score(shared, tokenUnion, distance, std::max(name.ascii.size(), title.ascii.size()));
+}
+
+double FuzzyMatcher::score(qsizetype sharedTokens, qsizetype tokenUnion, int distance, qsizetype longerLength)
+{
+    const double tokenSimilarity = tokenUnion == 0 ? 0.0 : double(sharedTokens) / double(tokenUnion);
+    const double editSimilarity = longerLength == 0 ? 1.0 : 1.0 - double(distance) / double(longerLength);
+    return jaccardWeight * tokenSimilarity + editDistanceWeight * editSimilarity;
 }

@@ -1,0 +1,52 @@
+#include "import/ExtractError.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("ExtractError", text);
+}
+
+} // namespace
+
+ExtractError ExtractError::unsupportedExtension(const QString &extension)
+{
+    return {Kind::unsupportedExtension, extension};
+}
+
+ExtractError ExtractError::failed(const QString &message)
+{
+    return {Kind::failed, message};
+}
+
+ExtractError ExtractError::emptyText()
+{
+    return {Kind::emptyText, {}};
+}
+
+ExtractError ExtractError::pdfKitUnavailable()
+{
+    return {Kind::pdfKitUnavailable, {}};
+}
+
+QString ExtractError::description() const
+{
+    switch (m_kind) {
+    case Kind::unsupportedExtension:
+        return tr("Nicht unterstütztes Dateiformat: ") + m_detail;
+    case Kind::failed:
+        return tr("Extraktion fehlgeschlagen: ") + m_detail;
+    case Kind::emptyText:
+        return tr("Kein Text extrahiert (leer).");
+    case Kind::pdfKitUnavailable:
+        return tr("PDFKit nicht verfügbar.");
+    }
+    return {};
+}
+
+QString ExtractError::pdfCannotBeOpenedText()
+{
+    return tr("PDF konnte nicht geöffnet werden.");
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "import/ScannedFile.h"
+
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+// Lists the files of one import below a folder the user chose.
+class FolderScanner {
+public:
+    static QSet<QString> documentExtensions();
+    static QSet<QString> imageExtensions();
+
+    // Absolute paths of the regular files below the folder whose lower-cased extension is
+    // in the set; hidden files and everything inside hidden folders are left out. The
+    // order is the file system's: nothing is sorted.
+    static QStringList collectFiles(const QString &folder, const QSet<QString> &extensions);
+
+    static ScannedFile scannedFile(const QString &folder, const QString &filePath);
+};
