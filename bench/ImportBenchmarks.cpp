@@ -8,7 +8,6 @@
 #include "matching/TitleIndex.h"
 #include "matching/TitleKey.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
