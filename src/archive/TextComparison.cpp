@@ -30,7 +30,9 @@ bool TextComparison::containsIgnoringCaseAndDiacritics(const QString &haystack, 
     return folded(haystack).contains(folded(needle));
 }
 
-int TextComparison::localizedStandardCompare(const QString &a, const QString &b)
+namespace {
+
+const QCollator &standardCollator()
 {
     // QCollator is not safe to share between threads.
     thread_local const QCollator collator = [] {
@@ -41,5 +43,17 @@ int TextComparison::localizedStandardCompare(const QString &a, const QString &b)
         c.setCaseSensitivity(Qt::CaseInsensitive);
         return c;
     }();
-    return collator.compare(a, b);
+    return collator;
+}
+
+} // namespace
+
+int TextComparison::localizedStandardCompare(const QString &a, const QString &b)
+{
+    return standardCollator().compare(a, b);
+}
+
+QCollatorSortKey TextComparison::localizedStandardSortKey(const QString &text)
+{
+    return standardCollator().sortKey(text);
 }

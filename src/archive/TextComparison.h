@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCollatorSortKey>
 #include <QString>
 
 // The archive's two ways of comparing words: ignoring case and diacritics (category names,
@@ -11,4 +12,6 @@ public:
     static bool equalsIgnoringCaseAndDiacritics(const QString &a, const QString &b);
     static bool containsIgnoringCaseAndDiacritics(const QString &haystack, const QString &needle);
     static int localizedStandardCompare(const QString &a, const QString &b);
+    // Keys compare like localizedStandardCompare; cheaper when one string is compared often.
+    static QCollatorSortKey localizedStandardSortKey(const QString &text);
 };
