@@ -15,9 +15,13 @@
 
 namespace {
 
-QString trimmedCategory(const Poem &poem)
+// The search text as the folded fields hold it. NUL separates the fields, so it is no
+// character a search can ask for.
+QByteArray searchNeedle(const QString &text)
 {
-    return poem.category() ? poem.category()->trimmed() : QString();
+    QByteArray needle = TextComparison::folded(text).toUtf8();
+    needle.replace('\0', QByteArray());
+    return needle;
 }
 
 qint64 stampOf(const std::optional<QDateTime> &date)
@@ -31,6 +35,22 @@ int compareOptional(const std::optional<QString> &a, const std::optional<QString
     if (!a || !b)
         return int(a.has_value()) - int(b.has_value());
     return a->compare(*b);
+}
+
+// The first eight key bytes as one number in the same order (keys hold no NUL, so the
+// zero padding of a short key sorts first, as the shorter key does).
+quint64 keyPrefix(const QByteArray &key)
+{
+    quint64 prefix = 0;
+    for (qsizetype i = 0; i < 8; ++i)
+        prefix = (prefix << 8) | (i < key.size() ? quint8(key.at(i)) : 0);
+    return prefix;
+}
+
+template <typename Candidate> void setTitleKey(Candidate &candidate)
+{
+    candidate.titleKey = &candidate.derived->titleSortKey(*candidate.poem);
+    candidate.titlePrefix = keyPrefix(*candidate.titleKey);
 }
 
 // Equal categories under the localised comparison share a rank; poems without one come last.
@@ -72,65 +92,86 @@ int LibraryBrowser::refreshTrashCount()
     return m_counts.trashCount;
 }
 
-QList<PoemPtr> LibraryBrowser::livePoems() const
-{
-    return m_context.fetch([](const Poem &poem) { return !poem.isInTrash(); });
-}
-
 void LibraryBrowser::reloadRows()
 {
-    const int trashCount = refreshTrashCount();
-    const QList<PoemPtr> live = livePoems();
-
     LibraryCounts counts;
-    counts.trashCount = trashCount;
-    counts.activePoemCount = int(live.size());
-    for (const PoemPtr &poem : live) {
-        counts.missingTextCount += m_cache.hasUsableText(*poem) ? 0 : 1;
-        counts.publishedCount += poem->isPublished() ? 1 : 0;
-        counts.podcastCount += poem->inPodcast() ? 1 : 0;
+    const QList<PoemPtr> all = m_context.fetch();
+    std::vector<const PoemPtr *> live;
+    live.reserve(size_t(all.size()));
+    for (const PoemPtr &poem : all) {
+        if (poem->isInTrash())
+            ++counts.trashCount;
+        else
+            live.push_back(&poem);
     }
 
-    m_categoryFilters = makeCategoryFilters(live, m_configuredCategories.value_or(AppPreferences::poemCategories()));
+    counts.activePoemCount = int(live.size());
+    std::vector<DerivedPoemText *> derived;
+    derived.reserve(size_t(live.size()));
+    std::vector<int> countsByCategoryId;
+    for (size_t i = 0; i < live.size(); ++i) {
+        const PoemPtr &poem = *live[i];
+        DerivedPoemText &texts = m_cache.entryAt(qsizetype(i), *poem);
+        derived.push_back(&texts);
+        counts.missingTextCount += texts.hasUsableText() ? 0 : 1;
+        counts.publishedCount += poem->isPublished() ? 1 : 0;
+        counts.podcastCount += poem->inPodcast() ? 1 : 0;
+        if (size_t(texts.categoryId()) >= countsByCategoryId.size())
+            countsByCategoryId.resize(size_t(texts.categoryId()) + 1, 0);
+        countsByCategoryId[size_t(texts.categoryId())] += 1;
+    }
+
+    QHash<QString, int> countsByCategory;
+    for (size_t id = 0; id < countsByCategoryId.size(); ++id) {
+        if (countsByCategoryId[id] > 0)
+            countsByCategory.insert(m_cache.categories().name(int(id)), countsByCategoryId[id]);
+    }
+    m_categoryFilters =
+        filtersFromCounts(countsByCategory, m_configuredCategories.value_or(AppPreferences::poemCategories()));
     resetVanishedCategory();
+    const int selectedCategoryId = selectedCategory ? m_cache.categories().find(*selectedCategory) : -1;
 
     const QString trimmed = searchText.trimmed();
     const bool searching = !trimmed.isEmpty();
-    const QString needle = TextComparison::folded(trimmed);
-    const QString titleKeyNeedle = TextComparison::folded(normalize(trimmed));
+    const SearchNeedles needles{searchNeedle(trimmed), searchNeedle(normalize(trimmed))};
 
     std::vector<Candidate> candidates;
     candidates.reserve(size_t(live.size()));
     int scopeTotal = 0;
-    for (const PoemPtr &poem : live) {
-        if (!matchesCategory(*poem))
+    for (size_t i = 0; i < live.size(); ++i) {
+        const Poem &poem = **live[i];
+        DerivedPoemText &texts = *derived[i];
+        if (selectedCategory && texts.categoryId() != selectedCategoryId)
             continue;
-        const bool inCurrentScope = inScope(*poem, sidebarScope);
+        const bool inCurrentScope = inScope(poem, texts, sidebarScope);
         scopeTotal += inCurrentScope ? 1 : 0;
-        if (searching && !matchesSearch(*poem, needle, titleKeyNeedle))
+        if (searching && !matchesSearch(texts, needles))
             continue;
-        const bool hasText = m_cache.hasUsableText(*poem);
+        const bool hasText = texts.hasUsableText();
         counts.scopedActivePoemCount += 1;
         counts.scopedMissingTextCount += hasText ? 0 : 1;
-        counts.scopedPublishedCount += poem->isPublished() ? 1 : 0;
-        counts.scopedPodcastCount += poem->inPodcast() ? 1 : 0;
+        counts.scopedPublishedCount += poem.isPublished() ? 1 : 0;
+        counts.scopedPodcastCount += poem.inPodcast() ? 1 : 0;
         if (!inCurrentScope)
             continue;
         Candidate candidate;
-        candidate.poem = poem.get();
+        candidate.poem = &poem;
+        candidate.derived = &texts;
+        candidate.storeOrder = qsizetype(i);
         candidate.hasText = hasText;
         candidates.push_back(candidate);
     }
 
-    sortStoreOrder(candidates);
-    sortInMemory(candidates);
+    sortCandidates(candidates);
 
-    QList<PoemRow> rows;
-    rows.reserve(qsizetype(candidates.size()));
+    QList<PoemPtr> rowPoems;
+    rowPoems.reserve(qsizetype(candidates.size()));
     for (const Candidate &candidate : candidates)
-        rows.append(makeRow(*candidate.poem));
+        rowPoems.append(*live[size_t(candidate.storeOrder)]);
 
-    m_rows = std::move(rows);
+    m_rowPoems = std::move(rowPoems);
+    m_rowMemo.assign(candidates.size(), std::nullopt);
+    m_allRows.reset();
     m_counts = counts;
     m_summarySearch = trimmed;
     m_scopeTotal = scopeTotal;
@@ -147,42 +188,28 @@ void LibraryBrowser::resetVanishedCategory()
         selectedCategory.reset();
 }
 
-bool LibraryBrowser::matchesSearch(const Poem &poem, const QString &needle, const QString &titleKeyNeedle)
+bool LibraryBrowser::matchesSearch(const DerivedPoemText &derived, const SearchNeedles &needles) const
 {
-    // An empty argument finds nothing, as a containment test on an empty string does not.
-    const auto contains = [](const QString &haystack, const QString &part) {
-        return !part.isEmpty() && haystack.contains(part);
-    };
-    const auto inTitle = [&] {
-        return contains(m_cache.foldedTitle(poem), needle) ||
-               contains(m_cache.foldedTitleNormalized(poem), titleKeyNeedle);
-    };
     switch (searchMode) {
     case SearchMode::title:
-        return inTitle();
+        return derived.titleContains(needles.text) || derived.titleKeyContains(needles.titleKey);
     case SearchMode::text:
-        return contains(m_cache.foldedText(poem), needle);
+        return derived.textContains(needles.text);
     case SearchMode::category:
-        return contains(m_cache.foldedCategory(poem), needle);
+        return derived.categoryContains(needles.text);
     case SearchMode::all:
-        return inTitle() || contains(m_cache.foldedText(poem), needle) ||
-               contains(m_cache.foldedCategory(poem), needle);
+        return derived.anyFieldContains(needles.text) || derived.titleKeyContains(needles.titleKey);
     }
     return false;
 }
 
-bool LibraryBrowser::matchesCategory(const Poem &poem) const
-{
-    return !selectedCategory || trimmedCategory(poem) == *selectedCategory;
-}
-
-bool LibraryBrowser::inScope(const Poem &poem, SidebarScope scope)
+bool LibraryBrowser::inScope(const Poem &poem, DerivedPoemText &derived, SidebarScope scope) const
 {
     switch (scope) {
     case SidebarScope::archive:
         return true;
     case SidebarScope::missingText:
-        return !m_cache.hasUsableText(poem);
+        return !derived.hasUsableText();
     case SidebarScope::published:
         return poem.isPublished();
     case SidebarScope::podcast:
@@ -191,92 +218,148 @@ bool LibraryBrowser::inScope(const Poem &poem, SidebarScope scope)
     return false;
 }
 
-void LibraryBrowser::sortStoreOrder(std::vector<Candidate> &candidates)
+// The store sorts first and the in-memory stage re-sorts stably, which is one sort by the
+// in-memory keys, then the store's keys, then the store's order.
+void LibraryBrowser::sortCandidates(std::vector<Candidate> &candidates) const
 {
-    const auto byStampDescending = [](const Candidate &a, const Candidate &b) { return a.stamp > b.stamp; };
+    const auto byStampThenStore = [](const Candidate &a, const Candidate &b) {
+        if (a.stamp != b.stamp)
+            return a.stamp > b.stamp;
+        return a.storeOrder < b.storeOrder;
+    };
     switch (sortMode) {
     case PoemSortMode::recentlyChanged:
-    case PoemSortMode::missingTextFirst:
         for (Candidate &candidate : candidates)
             candidate.stamp = stampOf(candidate.poem->updatedAt());
-        std::stable_sort(candidates.begin(), candidates.end(), byStampDescending);
+        std::sort(candidates.begin(), candidates.end(), byStampThenStore);
         return;
     case PoemSortMode::date:
         for (Candidate &candidate : candidates)
             candidate.stamp = stampOf(candidate.poem->date());
-        std::stable_sort(candidates.begin(), candidates.end(), byStampDescending);
+        std::sort(candidates.begin(), candidates.end(), byStampThenStore);
         return;
     case PoemSortMode::title:
-        std::stable_sort(candidates.begin(), candidates.end(), [](const Candidate &a, const Candidate &b) {
-            return compareOptional(a.poem->titleNormalized(), b.poem->titleNormalized()) < 0;
+        std::sort(candidates.begin(), candidates.end(), [](const Candidate &a, const Candidate &b) {
+            const int byKey = compareOptional(a.poem->titleNormalized(), b.poem->titleNormalized());
+            return byKey != 0 ? byKey < 0 : a.storeOrder < b.storeOrder;
+        });
+        return;
+    case PoemSortMode::missingTextFirst:
+        for (Candidate &candidate : candidates) {
+            candidate.stamp = stampOf(candidate.poem->updatedAt());
+            setTitleKey(candidate);
+        }
+        std::sort(candidates.begin(), candidates.end(), [&](const Candidate &a, const Candidate &b) {
+            if (a.hasText != b.hasText)
+                return !a.hasText;
+            const int byTitle = compareTitleKeys(a, b);
+            return byTitle != 0 ? byTitle < 0 : byStampThenStore(a, b);
         });
         return;
     case PoemSortMode::category:
-        std::stable_sort(candidates.begin(), candidates.end(), [](const Candidate &a, const Candidate &b) {
-            const int byCategory = compareOptional(a.poem->category(), b.poem->category());
-            if (byCategory != 0)
-                return byCategory < 0;
-            return compareOptional(a.poem->titleNormalized(), b.poem->titleNormalized()) < 0;
-        });
+        sortByCategory(candidates);
         return;
     }
 }
 
-void LibraryBrowser::sortInMemory(std::vector<Candidate> &candidates)
+void LibraryBrowser::sortByCategory(std::vector<Candidate> &candidates) const
 {
-    if (sortMode != PoemSortMode::category && sortMode != PoemSortMode::missingTextFirst)
-        return;
-    for (Candidate &candidate : candidates)
-        candidate.titleKey = &m_cache.titleSortKey(*candidate.poem);
-
-    if (sortMode == PoemSortMode::missingTextFirst) {
-        std::stable_sort(candidates.begin(), candidates.end(), [](const Candidate &a, const Candidate &b) {
-            if (a.hasText != b.hasText)
-                return !a.hasText;
-            return a.titleKey->compare(*b.titleKey) < 0;
-        });
-        return;
-    }
-
-    QHash<QString, int> distinct;
+    const CategoryNameTable &names = m_cache.categories();
+    std::vector<bool> present(size_t(names.size()), false);
     for (const Candidate &candidate : candidates)
-        distinct.insert(trimmedCategory(*candidate.poem), 0);
-    distinct.remove(QString());
-    const QHash<QString, int> ranks = categoryRanks(distinct.keys());
-    for (Candidate &candidate : candidates)
-        candidate.categoryRank = ranks.value(trimmedCategory(*candidate.poem), std::numeric_limits<int>::max());
-    std::stable_sort(candidates.begin(), candidates.end(), [](const Candidate &a, const Candidate &b) {
+        present[size_t(candidate.derived->categoryId())] = true;
+    QStringList distinct;
+    for (int id = 0; id < names.size(); ++id) {
+        if (present[size_t(id)] && !names.name(id).isEmpty())
+            distinct.append(names.name(id));
+    }
+    const QHash<QString, int> ranks = categoryRanks(distinct);
+    std::vector<int> rankOfId(size_t(names.size()), std::numeric_limits<int>::max());
+    for (auto it = ranks.cbegin(); it != ranks.cend(); ++it)
+        rankOfId[size_t(names.find(it.key()))] = it.value();
+
+    for (Candidate &candidate : candidates) {
+        candidate.categoryRank = rankOfId[size_t(candidate.derived->categoryId())];
+        setTitleKey(candidate);
+    }
+    std::sort(candidates.begin(), candidates.end(), [](const Candidate &a, const Candidate &b) {
         if (a.categoryRank != b.categoryRank)
             return a.categoryRank < b.categoryRank;
-        return a.titleKey->compare(*b.titleKey) < 0;
+        if (const int byTitle = compareTitleKeys(a, b); byTitle != 0)
+            return byTitle < 0;
+        if (const int byCategory = compareOptional(a.poem->category(), b.poem->category()); byCategory != 0)
+            return byCategory < 0;
+        if (const int byKey = compareOptional(a.poem->titleNormalized(), b.poem->titleNormalized()); byKey != 0)
+            return byKey < 0;
+        return a.storeOrder < b.storeOrder;
     });
 }
 
-PoemRow LibraryBrowser::makeRow(const Poem &poem)
+int LibraryBrowser::compareTitleKeys(const Candidate &a, const Candidate &b)
+{
+    if (a.titlePrefix != b.titlePrefix)
+        return a.titlePrefix < b.titlePrefix ? -1 : 1;
+    return a.titleKey->compare(*b.titleKey);
+}
+
+const PoemRow &LibraryBrowser::row(qsizetype index) const
+{
+    std::optional<PoemRow> &memo = m_rowMemo[size_t(index)];
+    if (!memo) {
+        const Poem &poem = *m_rowPoems.at(index);
+        memo = makeRow(poem, m_cache.entry(poem));
+    }
+    return *memo;
+}
+
+const QList<PoemRow> &LibraryBrowser::rows() const
+{
+    if (!m_allRows) {
+        QList<PoemRow> all;
+        all.reserve(m_rowPoems.size());
+        for (qsizetype i = 0; i < m_rowPoems.size(); ++i)
+            all.append(row(i));
+        m_allRows = std::move(all);
+    }
+    return *m_allRows;
+}
+
+qsizetype LibraryBrowser::indexOfObjectID(const QString &objectID) const
+{
+    const PoemPtr poem = m_context.poemWithObjectID(objectID);
+    return poem ? m_rowPoems.indexOf(poem) : -1;
+}
+
+PoemRow LibraryBrowser::makeRow(const Poem &poem, DerivedPoemText &derived)
 {
     PoemRow row;
-    row.objectID = m_cache.objectID(poem);
-    row.id = m_cache.idText(poem);
-    row.title = PoemRowText::title(poem.title());
-    row.dateText = m_cache.dateText(poem);
+    row.objectID = derived.objectID(poem);
+    row.id = derived.idText(poem);
+    row.title = derived.rowTitle(poem);
+    row.dateText = derived.dateText(poem);
     row.category = poem.category();
-    row.excerpt = m_cache.excerpt(poem);
+    row.excerpt = derived.excerpt(poem);
     row.isPublished = poem.isPublished();
     row.inPodcast = poem.inPodcast();
     row.statusText = PoemRowText::statusText(row.isPublished, row.inPodcast);
-    row.hasText = m_cache.hasUsableText(poem);
+    row.hasText = derived.hasUsableText();
     return row;
 }
 
 QList<CategoryFilter> LibraryBrowser::makeCategoryFilters(const QList<PoemPtr> &poems, const QStringList &configured)
 {
-    QHash<QString, int> byStoredName;
+    QHash<QString, int> countsByCategory;
     for (const PoemPtr &poem : poems)
-        byStoredName[trimmedCategory(*poem)] += 1;
+        countsByCategory[poem->category() ? poem->category()->trimmed() : QString()] += 1;
+    return filtersFromCounts(countsByCategory, configured);
+}
 
+QList<CategoryFilter> LibraryBrowser::filtersFromCounts(const QHash<QString, int> &countsByCategory,
+                                                        const QStringList &configured)
+{
     // Spelling is decided once per distinct name, not per poem.
     QHash<QString, int> byName;
-    for (auto it = byStoredName.cbegin(); it != byStoredName.cend(); ++it) {
+    for (auto it = countsByCategory.cbegin(); it != countsByCategory.cend(); ++it) {
         QString name = it.key();
         for (const QString &entry : configured) {
             const QString configuredName = entry.trimmed();
@@ -309,7 +392,7 @@ bool LibraryBrowser::showsResultSummary() const
 
 QString LibraryBrowser::resultSummaryText() const
 {
-    const int found = int(m_rows.size());
+    const int found = int(m_rowPoems.size());
     if (!m_summarySearch.isEmpty()) {
         if (m_scopeTotal >= 1) {
             return countText(found, tr("%1 von %2 Gedicht gefunden"), tr("%1 von %2 Gedichte gefunden"))

@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QHash>
 #include <QList>
 #include <QStringList>
 
@@ -52,7 +53,14 @@ public:
         m_configuredCategories = std::move(categories);
     }
 
-    const QList<PoemRow> &rows() const { return m_rows; }
+    // The rows are made when first asked for: a rebuild orders the poems, and a window
+    // shows a screenful of them.
+    qsizetype rowCount() const { return m_rowPoems.size(); }
+    const PoemRow &row(qsizetype index) const;
+    const QList<PoemRow> &rows() const;
+    const PoemPtr &poemAt(qsizetype index) const { return m_rowPoems.at(index); }
+    // -1 when the poem is not among the rows.
+    qsizetype indexOfObjectID(const QString &objectID) const;
     const QList<CategoryFilter> &categoryFilters() const { return m_categoryFilters; }
     const LibraryCounts &counts() const { return m_counts; }
     bool showsResultSummary() const;
@@ -74,25 +82,36 @@ private:
     // A poem on its way into the rows, with the keys its sort compares.
     struct Candidate {
         const Poem *poem = nullptr;
+        DerivedPoemText *derived = nullptr;
+        qsizetype storeOrder = 0;
         qint64 stamp = 0; // msecs of the date the store sorts by; nil sorts lowest
         int categoryRank = 0;
-        const QCollatorSortKey *titleKey = nullptr;
+        const QByteArray *titleKey = nullptr;
+        quint64 titlePrefix = 0; // the key's first bytes, so most comparisons stay in the candidate
         bool hasText = false;
     };
 
-    QList<PoemPtr> livePoems() const;
-    bool matchesSearch(const Poem &poem, const QString &needle, const QString &titleKeyNeedle);
-    bool matchesCategory(const Poem &poem) const;
-    bool inScope(const Poem &poem, SidebarScope scope);
-    void sortStoreOrder(std::vector<Candidate> &candidates);
-    void sortInMemory(std::vector<Candidate> &candidates);
-    PoemRow makeRow(const Poem &poem);
+    struct SearchNeedles {
+        QByteArray text;     // for title, text and category
+        QByteArray titleKey; // for titleNormalized: the search text's own title key
+    };
+
+    bool matchesSearch(const DerivedPoemText &derived, const SearchNeedles &needles) const;
+    bool inScope(const Poem &poem, DerivedPoemText &derived, SidebarScope scope) const;
+    void sortCandidates(std::vector<Candidate> &candidates) const;
+    void sortByCategory(std::vector<Candidate> &candidates) const;
+    static PoemRow makeRow(const Poem &poem, DerivedPoemText &derived);
+    static int compareTitleKeys(const Candidate &a, const Candidate &b);
     void resetVanishedCategory();
+    static QList<CategoryFilter> filtersFromCounts(const QHash<QString, int> &countsByName,
+                                                   const QStringList &configured);
 
     ArchiveContext &m_context;
-    PoemTextCache m_cache;
+    mutable PoemTextCache m_cache;
     std::optional<QStringList> m_configuredCategories;
-    QList<PoemRow> m_rows;
+    QList<PoemPtr> m_rowPoems;
+    mutable std::vector<std::optional<PoemRow>> m_rowMemo;
+    mutable std::optional<QList<PoemRow>> m_allRows;
     QList<CategoryFilter> m_categoryFilters;
     LibraryCounts m_counts;
     QString m_summarySearch; // the trimmed search text of the last rebuild

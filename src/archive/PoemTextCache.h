@@ -1,64 +1,37 @@
 #pragma once
 
-#include <QCollatorSortKey>
-#include <QDateTime>
-#include <QString>
-#include <QUuid>
+#include "archive/CategoryNameTable.h"
+#include "archive/DerivedPoemText.h"
 
-#include <optional>
 #include <unordered_map>
+#include <vector>
 
 class Poem;
 
-// What the library derives from each poem on every rebuild: folded search fields, the
-// title's sort key, the excerpt and the date text. Deriving them takes far longer than a
-// rebuild may, so each value is kept per poem and derived again only when the field it
-// comes from has changed. Main thread only, like the context it reads.
+// The derived texts of every poem the library has looked at, by store key. Deriving them
+// takes far longer than a rebuild may, so they are kept between rebuilds. Main thread
+// only, like the context it reads.
 class PoemTextCache {
 public:
-    const QString &foldedTitle(const Poem &poem);
-    const QString &foldedTitleNormalized(const Poem &poem);
-    const QString &foldedText(const Poem &poem);
-    const QString &foldedCategory(const Poem &poem);
-    bool hasUsableText(const Poem &poem);
-    const QString &excerpt(const Poem &poem);
-    const QCollatorSortKey &titleSortKey(const Poem &poem);
-    const QString &dateText(const Poem &poem);
-    const QString &objectID(const Poem &poem);
-    const QString &idText(const Poem &poem);
-
+    // The poem's entry, brought up to date. One lookup per poem and rebuild; the
+    // reference stays valid until pruneUnused().
+    DerivedPoemText &entry(const Poem &poem);
+    // The same, for the poem at a position of the store's order: rebuilds walk the poems
+    // in that order, which rarely changes, so the previous walk usually knows the entry.
+    DerivedPoemText &entryAt(qsizetype position, const Poem &poem);
+    const CategoryNameTable &categories() const { return m_categories; }
     // Forgets poems not looked at since the previous call, once they pile up.
     void pruneUnused(int livePoemCount);
-    void clear() { m_entries.clear(); }
     qsizetype size() const { return qsizetype(m_entries.size()); }
 
 private:
-    template <typename Value> struct Derived {
-        QString source;
-        Value value;
-        bool valid = false;
-    };
-    struct Entry {
-        Derived<QString> foldedTitle;
-        Derived<QString> foldedTitleNormalized;
-        Derived<QString> foldedText;
-        Derived<QString> foldedCategory;
-        Derived<bool> hasUsableText;
-        Derived<QString> excerpt;
-        Derived<std::optional<QCollatorSortKey>> titleSortKey;
-        std::optional<QDateTime> dateSource;
-        std::optional<QString> dateText;
-        QString objectID;
-        QString idText;
-        std::optional<QUuid> idSource;
-        bool idValid = false;
-        unsigned generation = 0;
+    struct Known {
+        qint64 storeKey;
+        DerivedPoemText *entry;
     };
 
-    Entry &entry(const Poem &poem);
-    template <typename Value, typename Derive>
-    static const Value &fresh(Derived<Value> &slot, const QString &source, Derive derive);
-
-    std::unordered_map<qint64, Entry> m_entries;
+    std::unordered_map<qint64, DerivedPoemText> m_entries;
+    std::vector<Known> m_walk; // the previous walk, by position
+    CategoryNameTable m_categories;
     unsigned m_generation = 0;
 };

@@ -2,6 +2,7 @@
 #include "archive/LibraryBrowser.h"
 #include "archive/PersistenceController.h"
 #include "archive/PoemRowText.h"
+#include "archive/TextComparison.h"
 #include "matching/TitleKey.h"
 
 #include <QTest>
@@ -264,6 +265,33 @@ private Q_SLOTS:
         reload();
         QCOMPARE(titles(browser()),
                  (QStringList{"Alpha", "beta", "Anfang", "Lied 9", "Lied 10", "Zyklus", "Ohne 1", "Ohne 2"}));
+    }
+
+    void sortKeysAgreeWithTheLocalisedComparison()
+    {
+        const QStringList words = {QStringLiteral("Lied 9"),
+                                   QStringLiteral("Lied 10"),
+                                   QStringLiteral("äther"),
+                                   QStringLiteral("Äther"),
+                                   QStringLiteral("Apfel"),
+                                   QStringLiteral("zebra"),
+                                   QString(),
+                                   QStringLiteral("abc"),
+                                   QStringLiteral("abcd"),
+                                   QStringLiteral("Straße"),
+                                   QStringLiteral("Strasse"),
+                                   QStringLiteral("Öl"),
+                                   QStringLiteral("Ol"),
+                                   QStringLiteral("Oz")};
+        const auto sign = [](int value) { return (value > 0) - (value < 0); };
+        for (const QString &a : words) {
+            for (const QString &b : words) {
+                const int byKey =
+                    TextComparison::localizedStandardSortKey(a).compare(TextComparison::localizedStandardSortKey(b));
+                QVERIFY2(sign(byKey) == sign(TextComparison::localizedStandardCompare(a, b)),
+                         qPrintable(a + QStringLiteral(" / ") + b));
+            }
+        }
     }
 
     void missingTextFirstKeepsStoreOrderForTies()
