@@ -1,22 +1,32 @@
 // Opens an archive the way the program does, shows the main window and reports the time
 // from the start of the process to the first shown window and the resident memory. With
 // --shot it also saves a picture of a window state, to look at the window without a screen.
+#include "ArchiveFixtures.h"
+
+#include "app/gui/AboutDialog.h"
 #include "app/gui/AppIcon.h"
+#include "app/gui/FeedbackDialog.h"
 #include "app/gui/LibrarySidebar.h"
 #include "app/gui/MainWindow.h"
+#include "app/gui/PoemDetailView.h"
 #include "app/gui/PoemListPane.h"
+#include "app/gui/PrivacyNoticeDialog.h"
 #include "app/gui/ThemeIcon.h"
 #include "app/gui/TrashDialog.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/PersistenceController.h"
+#include "archive/PoemEdit.h"
+#include "archive/PoemFactory.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QLibraryInfo>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QTimer>
 #include <QTranslator>
 
@@ -51,6 +61,46 @@ QString residentMemory()
     return {};
 }
 
+// About 600 characters of German text per poem, in 30 categories.
+void fillArchive(ArchiveContext &context, int count)
+{
+    ArchiveFixtures fixtures;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    for (int i = 0; i < count; ++i) {
+        PoemPtr poem = PoemFactory::makeNewPoem(context, now.addSecs(-i * 60));
+        PoemEdit::setTitle(*poem, fixtures.title());
+        if (fixtures.next() % 10 != 0)
+            poem->setText(fixtures.text(600));
+        poem->setCategory(QStringLiteral("Zyklus %1").arg(i % 30));
+        poem->setPublished(fixtures.next() % 3 == 0);
+        poem->setInPodcast(fixtures.next() % 7 == 0);
+    }
+    if (auto saved = context.save(); !saved)
+        std::fprintf(stderr, "%s\n", qPrintable(saved.errorMessage()));
+}
+
+// Types into the title and the text of the first poem, as a poet would, and reports
+// the time each keystroke takes to be saved and shown in the list.
+void measureTyping(MainWindow &window)
+{
+    window.selectPoem(window.library().poemAt(0));
+    QWidget *fields[] = {window.detailView()->titleField(),
+                         window.detailView()->findChild<QPlainTextEdit *>(QStringLiteral("poemText"))};
+    for (QWidget *field : fields) {
+        field->setFocus();
+        QElapsedTimer timer;
+        timer.start();
+        const QString typed = QStringLiteral("Abendstern");
+        for (const QChar c : typed) {
+            QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+            QApplication::sendEvent(field, &press);
+            QApplication::processEvents();
+        }
+        std::printf("keystroke in %s: %.1f ms each\n", qPrintable(field->objectName()),
+                    double(timer.elapsed()) / double(typed.size()));
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -76,6 +126,8 @@ int main(int argc, char **argv)
         {QStringLiteral("select"), QStringLiteral("row to select"), QStringLiteral("ROW"), QStringLiteral("0")});
     parser.addOption({QStringLiteral("size"), QStringLiteral("window size WxH"), QStringLiteral("SIZE"),
                       QStringLiteral("1280x800")});
+    parser.addOption(
+        {QStringLiteral("fill"), QStringLiteral("first add N sample poems and stop"), QStringLiteral("N")});
     parser.process(app);
     if (parser.isSet(QStringLiteral("data-dir")))
         ApplicationSupport::setDirectory(parser.value(QStringLiteral("data-dir")));
@@ -83,6 +135,10 @@ int main(int argc, char **argv)
     if (auto opened = PersistenceController::openShared(); !opened) {
         std::fprintf(stderr, "%s\n", qPrintable(opened.errorMessage()));
         return 1;
+    }
+    if (parser.isSet(QStringLiteral("fill"))) {
+        fillArchive(PersistenceController::shared().viewContext(), parser.value(QStringLiteral("fill")).toInt());
+        return 0;
     }
     MainWindow window(PersistenceController::shared().viewContext());
     const QStringList size = parser.value(QStringLiteral("size")).split(QLatin1Char('x'));
@@ -92,6 +148,11 @@ int main(int argc, char **argv)
                     processAgeMs());
         std::printf("resident memory: %s\n", qPrintable(residentMemory()));
         std::fflush(stdout);
+        if (parser.value(QStringLiteral("state")) == QLatin1String("typing")) {
+            measureTyping(window);
+            QApplication::quit();
+            return;
+        }
         if (!parser.isSet(QStringLiteral("shot"))) {
             QApplication::quit();
             return;
@@ -108,11 +169,20 @@ int main(int argc, char **argv)
             window.setWriterMode(true);
         QTimer::singleShot(200, &window, [&window, &parser, state] {
             QPixmap picture = window.grab();
-            if (state == QLatin1String("trash")) {
-                TrashDialog dialog(window.context(), {}, {}, &window);
-                dialog.show();
+            std::unique_ptr<QDialog> dialog;
+            if (state == QLatin1String("trash"))
+                dialog = std::make_unique<TrashDialog>(window.context(), Trash::StatusCallback{},
+                                                       Trash::ChangeCallback{}, &window);
+            else if (state == QLatin1String("about"))
+                dialog = std::make_unique<AboutDialog>(&window);
+            else if (state == QLatin1String("privacy"))
+                dialog = std::make_unique<PrivacyNoticeDialog>(&window);
+            else if (state == QLatin1String("feedback"))
+                dialog = std::make_unique<FeedbackDialog>(&window);
+            if (dialog) {
+                dialog->show();
                 QApplication::processEvents();
-                picture = dialog.grab();
+                picture = dialog->grab();
             }
             picture.save(parser.value(QStringLiteral("shot")));
             QApplication::quit();

@@ -30,10 +30,14 @@
 
 namespace {
 
-// Edit commands act on whichever text field has the focus.
+// Edit commands act on whichever text field has the focus; other widgets ignore them.
 void forwardToFocus(const char *slot)
 {
-    if (QWidget *focus = QApplication::focusWidget())
+    QWidget *focus = QApplication::focusWidget();
+    if (!focus)
+        return;
+    const QByteArray signature = QByteArray(slot) + "()";
+    if (focus->metaObject()->indexOfMethod(signature.constData()) >= 0)
         QMetaObject::invokeMethod(focus, slot);
 }
 
