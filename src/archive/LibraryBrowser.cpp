@@ -299,6 +299,8 @@ int LibraryBrowser::compareTitleKeys(const Candidate &a, const Candidate &b)
 {
     if (a.titlePrefix != b.titlePrefix)
         return a.titlePrefix < b.titlePrefix ? -1 : 1;
+    if (a.titlePrefixNext != b.titlePrefixNext)
+        return a.titlePrefixNext < b.titlePrefixNext ? -1 : 1;
     return a.titleKey->compare(*b.titleKey);
 }
 

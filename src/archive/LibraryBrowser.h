@@ -87,7 +87,9 @@ private:
         qint64 stamp = 0; // msecs of the date the store sorts by; nil sorts lowest
         int categoryRank = 0;
         const QByteArray *titleKey = nullptr;
-        quint64 titlePrefix = 0; // the key's first bytes, so most comparisons stay in the candidate
+        // The key's first sixteen bytes, so most comparisons stay in the candidate.
+        quint64 titlePrefix = 0;
+        quint64 titlePrefixNext = 0;
         bool hasText = false;
     };
 
