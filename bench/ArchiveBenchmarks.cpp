@@ -29,8 +29,8 @@ void BM_normalize(benchmark::State &state)
         for (const QString &title : titles)
             benchmark::DoNotOptimize(normalize(title));
     }
-    state.counters["titles/s"] = benchmark::Counter(double(state.iterations()) * titles.size(),
-                                                    benchmark::Counter::kIsRate);
+    state.counters["titles/s"] =
+        benchmark::Counter(double(state.iterations()) * titles.size(), benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_normalize)->Unit(benchmark::kMillisecond);
 
@@ -41,8 +41,8 @@ void BM_fuzzyNormalize(benchmark::State &state)
         for (const QString &title : titles)
             benchmark::DoNotOptimize(FuzzyMatcher::normalize(title));
     }
-    state.counters["titles/s"] = benchmark::Counter(double(state.iterations()) * titles.size(),
-                                                    benchmark::Counter::kIsRate);
+    state.counters["titles/s"] =
+        benchmark::Counter(double(state.iterations()) * titles.size(), benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_fuzzyNormalize)->Unit(benchmark::kMillisecond);
 

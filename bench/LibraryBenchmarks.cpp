@@ -1,9 +1,7 @@
-#include "ArchiveFixtures.h"
+#include "SampleArchive.h"
 
 #include "archive/LibraryBrowser.h"
 #include "archive/PersistenceController.h"
-#include "archive/PoemFactory.h"
-#include "matching/TitleKey.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -13,28 +11,13 @@
 namespace {
 
 constexpr int poemCount = 20000;
-constexpr int textLength = 600;
-constexpr int categoryCount = 30;
 
 // One archive for every benchmark: 20,000 poems of about 600 characters in 30 categories.
 PersistenceController &archive()
 {
     static const std::unique_ptr<PersistenceController> controller = [] {
         auto made = PersistenceController::inMemory();
-        ArchiveContext &context = made->viewContext();
-        ArchiveFixtures fixtures;
-        const QDateTime now = QDateTime::currentDateTimeUtc();
-        for (int i = 0; i < poemCount; ++i) {
-            PoemPtr poem = PoemFactory::makeNewPoem(context, now.addSecs(-i));
-            poem->setTitle(fixtures.title());
-            poem->setTitleNormalized(normalize(*poem->title()));
-            if (fixtures.next() % 10 != 0)
-                poem->setText(fixtures.text(textLength));
-            poem->setCategory(QStringLiteral("Zyklus %1").arg(i % categoryCount));
-            poem->setPublished(fixtures.next() % 3 == 0);
-            poem->setInPodcast(fixtures.next() % 7 == 0);
-        }
-        (void)context.save();
+        (void)fillSampleArchive(made->viewContext(), poemCount);
         return made;
     }();
     return *controller;

@@ -1,7 +1,7 @@
 // Opens an archive the way the program does, shows the main window and reports the time
 // from the start of the process to the first shown window and the resident memory. With
 // --shot it also saves a picture of a window state, to look at the window without a screen.
-#include "ArchiveFixtures.h"
+#include "SampleArchive.h"
 
 #include "app/gui/AboutDialog.h"
 #include "app/gui/AppIcon.h"
@@ -15,8 +15,6 @@
 #include "app/gui/TrashDialog.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/PersistenceController.h"
-#include "archive/PoemEdit.h"
-#include "archive/PoemFactory.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -59,24 +57,6 @@ QString residentMemory()
             return QString::fromLatin1(line.mid(6).trimmed());
     }
     return {};
-}
-
-// About 600 characters of German text per poem, in 30 categories.
-void fillArchive(ArchiveContext &context, int count)
-{
-    ArchiveFixtures fixtures;
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    for (int i = 0; i < count; ++i) {
-        PoemPtr poem = PoemFactory::makeNewPoem(context, now.addSecs(-i * 60));
-        PoemEdit::setTitle(*poem, fixtures.title());
-        if (fixtures.next() % 10 != 0)
-            poem->setText(fixtures.text(600));
-        poem->setCategory(QStringLiteral("Zyklus %1").arg(i % 30));
-        poem->setPublished(fixtures.next() % 3 == 0);
-        poem->setInPodcast(fixtures.next() % 7 == 0);
-    }
-    if (auto saved = context.save(); !saved)
-        std::fprintf(stderr, "%s\n", qPrintable(saved.errorMessage()));
 }
 
 // Types into the title and the text of the first poem, as a poet would, and reports
@@ -137,8 +117,11 @@ int main(int argc, char **argv)
         return 1;
     }
     if (parser.isSet(QStringLiteral("fill"))) {
-        fillArchive(PersistenceController::shared().viewContext(), parser.value(QStringLiteral("fill")).toInt());
-        return 0;
+        const auto filled = fillSampleArchive(PersistenceController::shared().viewContext(),
+                                              parser.value(QStringLiteral("fill")).toInt());
+        if (!filled)
+            std::fprintf(stderr, "%s\n", qPrintable(filled.errorMessage()));
+        return filled ? 0 : 1;
     }
     MainWindow window(PersistenceController::shared().viewContext());
     const QStringList size = parser.value(QStringLiteral("size")).split(QLatin1Char('x'));

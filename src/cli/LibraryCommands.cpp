@@ -131,7 +131,9 @@ int reportListAction(CliInvocation &cli, const LibraryBrowser::ActionOutcome &ou
     return 0;
 }
 
-int runDuplicate(CliInvocation &cli)
+// duplicate and trash: one live poem, one list action.
+int runLivePoemAction(CliInvocation &cli, const QString &inTrashText,
+                      LibraryBrowser::ActionOutcome (LibraryBrowser::*action)(const PoemPtr &, const QDateTime &))
 {
     if (!cli.finishOptions(1, 1))
         return cli.usageError({});
@@ -139,22 +141,19 @@ int runDuplicate(CliInvocation &cli)
     if (!poem)
         return 1;
     if (poem->isInTrash())
-        return cli.fail(tr("Gedicht liegt im Papierkorb: %1").arg(cli.positional().at(0)));
+        return cli.fail(inTrashText.arg(cli.positional().at(0)));
     LibraryBrowser browser(*poem->context());
-    return reportListAction(cli, browser.duplicatePoem(poem, QDateTime::currentDateTimeUtc()));
+    return reportListAction(cli, (browser.*action)(poem, QDateTime::currentDateTimeUtc()));
+}
+
+int runDuplicate(CliInvocation &cli)
+{
+    return runLivePoemAction(cli, tr("Gedicht liegt im Papierkorb: %1"), &LibraryBrowser::duplicatePoem);
 }
 
 int runTrash(CliInvocation &cli)
 {
-    if (!cli.finishOptions(1, 1))
-        return cli.usageError({});
-    const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
-    if (!poem)
-        return 1;
-    if (poem->isInTrash())
-        return cli.fail(tr("Gedicht liegt bereits im Papierkorb: %1").arg(cli.positional().at(0)));
-    LibraryBrowser browser(*poem->context());
-    return reportListAction(cli, browser.moveToTrash(poem, QDateTime::currentDateTimeUtc()));
+    return runLivePoemAction(cli, tr("Gedicht liegt bereits im Papierkorb: %1"), &LibraryBrowser::moveToTrash);
 }
 
 int runTrashList(CliInvocation &cli)

@@ -27,21 +27,9 @@
 #include <QTimer>
 #include <QToolBar>
 
-#include <sqlite3.h>
+#include "StoreFaults.h"
 
 namespace {
-
-void execute(const QString &path, const char *sql)
-{
-    sqlite3 *db = nullptr;
-    QCOMPARE(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
-    char *error = nullptr;
-    const int rc = sqlite3_exec(db, sql, nullptr, nullptr, &error);
-    const QString message = error ? QString::fromUtf8(error) : QString();
-    sqlite3_free(error);
-    sqlite3_close(db);
-    QVERIFY2(rc == SQLITE_OK, qPrintable(message));
-}
 
 // Answers the next modal dialog of the given type once it is up (exec() blocks the test).
 template <typename Dialog> void whenModal(std::function<void(Dialog *)> answer)
@@ -276,7 +264,8 @@ private Q_SLOTS:
         PoemPtr poem = storedPoem(QStringLiteral("Fest"));
         MainWindow &window = openWindow();
         window.selectPoem(poem);
-        execute(storePath(), "CREATE TRIGGER refuse BEFORE UPDATE ON poem BEGIN SELECT RAISE(ABORT, 'voll'); END");
+        executeOnStore(storePath(),
+                       "CREATE TRIGGER refuse BEFORE UPDATE ON poem BEGIN SELECT RAISE(ABORT, 'voll'); END");
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^apply/save failed: .*voll")));
         QTest::keyClicks(window.detailView()->titleField(), QStringLiteral("!"));
         QVERIFY(window.detailView()->saveStatus() != QStringLiteral("Gespeichert"));
@@ -291,7 +280,8 @@ private Q_SLOTS:
         PoemPtr poem = storedPoem(QStringLiteral("Vorher"));
         MainWindow &window = openWindow();
         poem->setTitle(QStringLiteral("Nachher"));
-        execute(storePath(), "CREATE TRIGGER refuse BEFORE UPDATE ON poem BEGIN SELECT RAISE(ABORT, 'voll'); END");
+        executeOnStore(storePath(),
+                       "CREATE TRIGGER refuse BEFORE UPDATE ON poem BEGIN SELECT RAISE(ABORT, 'voll'); END");
         QString shownError;
         whenModal<QMessageBox>([&shownError](QMessageBox *box) {
             shownError = box->text();
@@ -302,7 +292,7 @@ private Q_SLOTS:
         QVERIFY(window.isVisible());
         QVERIFY(m_store->viewContext().hasChanges());
 
-        execute(storePath(), "DROP TRIGGER refuse");
+        executeOnStore(storePath(), "DROP TRIGGER refuse");
         QVERIFY(window.close());
         QVERIFY(!m_store->viewContext().hasChanges());
         auto reopened = PersistenceController::open(storePath());

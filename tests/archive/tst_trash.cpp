@@ -6,25 +6,13 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sqlite3.h>
+#include "StoreFaults.h"
 
 namespace {
 
 QDateTime at(int hour)
 {
     return QDateTime(QDate(2025, 6, 1), QTime(hour, 0), Qt::UTC);
-}
-
-void execute(const QString &path, const char *sql)
-{
-    sqlite3 *db = nullptr;
-    QCOMPARE(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
-    char *error = nullptr;
-    const int rc = sqlite3_exec(db, sql, nullptr, nullptr, &error);
-    const QString message = error ? QString::fromUtf8(error) : QString();
-    sqlite3_free(error);
-    sqlite3_close(db);
-    QVERIFY2(rc == SQLITE_OK, qPrintable(message));
 }
 
 } // namespace
@@ -142,8 +130,8 @@ private Q_SLOTS:
         trashedPoem(QStringLiteral("Eins"), 2);
         PoemPtr second = trashedPoem(QStringLiteral("Zwei"), 3);
         QVERIFY(context().save().ok());
-        execute(storePath(), "CREATE TRIGGER refuseDelete BEFORE DELETE ON poem WHEN OLD.title = 'Zwei' "
-                             "BEGIN SELECT RAISE(ABORT, 'Datenträger voll'); END");
+        executeOnStore(storePath(), "CREATE TRIGGER refuseDelete BEFORE DELETE ON poem WHEN OLD.title = 'Zwei' "
+                                    "BEGIN SELECT RAISE(ABORT, 'Datenträger voll'); END");
         Trash trash = makeTrash();
         const auto emptied = trash.emptyTrash();
         QVERIFY(!emptied.ok());
@@ -154,8 +142,8 @@ private Q_SLOTS:
         QCOMPARE(trash.count(), 2);
         QVERIFY(!context().hasChanges());
 
-        execute(storePath(), "CREATE TRIGGER refuseUpdate BEFORE UPDATE ON poem "
-                             "BEGIN SELECT RAISE(ABORT, 'schreibgeschützt'); END");
+        executeOnStore(storePath(), "CREATE TRIGGER refuseUpdate BEFORE UPDATE ON poem "
+                                    "BEGIN SELECT RAISE(ABORT, 'schreibgeschützt'); END");
         QVERIFY(!trash.restore(second, at(9)).ok());
         QCOMPARE(*second->deletedAt(), at(3));
         QCOMPARE(*second->updatedAt(), at(1));
