@@ -1,3 +1,7 @@
+#include "LoopbackHttpServer.h"
+#include "StoreFaults.h"
+
+#include "app/UpdateManager.h"
 #include "app/gui/LibrarySidebar.h"
 #include "app/gui/MainWindow.h"
 #include "app/gui/PoemDetailView.h"
@@ -17,7 +21,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
 #include <QMessageBox>
+#include <QNetworkProxy>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -26,8 +32,6 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
-
-#include "StoreFaults.h"
 
 namespace {
 
@@ -297,6 +301,38 @@ private Q_SLOTS:
         QVERIFY(!m_store->viewContext().hasChanges());
         auto reopened = PersistenceController::open(storePath());
         QCOMPARE(*reopened.value()->viewContext().fetch().first()->title(), QStringLiteral("Nachher"));
+    }
+
+    void updateCommandIsOffWhileACheckRuns()
+    {
+        LoopbackHttpServer server;
+        QVERIFY(server.listen());
+        server.setResponse(QStringLiteral("/feed.xml"),
+                           {200,
+                            "<rss><channel><item><title>OdeLeaf 9.0</title><enclosure url=\"https://example.org/9\"/>"
+                            "</item></channel></rss>",
+                            true});
+        UpdateManager updates(server.url(QStringLiteral("/feed.xml")), QVersionNumber(1, 0));
+        MainWindow &window = openWindow();
+        window.setUpdateManager(&updates);
+        QAction *check = nullptr;
+        for (QAction *action : window.helpMenu()->actions()) {
+            if (action->text() == QStringLiteral("Nach Updates suchen…"))
+                check = action;
+        }
+        QVERIFY(check);
+        QVERIFY(check->isEnabled());
+        check->trigger();
+        QVERIFY(!check->isEnabled());
+        QString shown;
+        whenModal<QMessageBox>([&shown](QMessageBox *box) {
+            shown = box->text();
+            box->reject();
+        });
+        QTRY_COMPARE(server.requestCount(), 1);
+        server.release();
+        QTRY_VERIFY(check->isEnabled());
+        QCOMPARE(shown, QStringLiteral("OdeLeaf 9.0 ist verfügbar."));
     }
 
     void trashDialogEmptiesAfterConfirmation()
