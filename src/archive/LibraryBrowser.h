@@ -65,7 +65,7 @@ public:
     const LibraryCounts &counts() const { return m_counts; }
     bool showsResultSummary() const;
     QString resultSummaryText() const;
-    // The hint the list shows instead of rows in the scope of poems without text.
+    // The hint above the list in the scope of poems without text.
     static QString missingTextHint();
 
     ActionOutcome addPoem(const QDateTime &now);
