@@ -1,24 +1,31 @@
+#include "app/UpdateManager.h"
+#include "app/gui/AppIcon.h"
 #include "app/gui/MainWindow.h"
+#include "app/gui/ThemeIcon.h"
 #include "archive/AppPreferences.h"
 #include "archive/PersistenceController.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QMessageBox>
+#include <QTimer>
 #include <QTranslator>
 
 namespace {
 
 void installTranslators(QApplication &app)
 {
-    if (AppPreferences::interfaceLanguage() != QLatin1String("en"))
+    const QString language = AppPreferences::interfaceLanguage();
+    // Qt's own buttons and dialogs (OK, Schließen, the file dialogs) speak the same language.
+    auto *qt = new QTranslator(&app);
+    if (qt->load(QStringLiteral("qtbase_") + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(qt);
+    if (language != QLatin1String("en"))
         return;
     auto *own = new QTranslator(&app);
     if (own->load(QStringLiteral(":/i18n/odeleaf_en.qm")))
         QApplication::installTranslator(own);
-    auto *qt = new QTranslator(&app);
-    if (qt->load(QStringLiteral("qtbase_en"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QApplication::installTranslator(qt);
 }
 
 } // namespace
@@ -30,6 +37,8 @@ int main(int argc, char **argv)
     QApplication::setApplicationDisplayName(QStringLiteral("OdeLeaf"));
     QApplication::setApplicationVersion(QStringLiteral(ODELEAF_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("odeleaf"));
+    QApplication::setWindowIcon(AppIcon::icon());
+    ThemeIcon::useDesktopTheme();
     installTranslators(app);
 
     // The store opens before the first window; a store that cannot be read ends the
@@ -38,7 +47,11 @@ int main(int argc, char **argv)
         QMessageBox::critical(nullptr, QStringLiteral("OdeLeaf"), opened.errorMessage());
         return 1;
     }
+    UpdateManager updates;
     MainWindow window(PersistenceController::shared().viewContext());
+    window.setUpdateManager(&updates);
     window.show();
+    // The automatic update check waits until the window has settled.
+    QTimer::singleShot(3000, &updates, &UpdateManager::start);
     return QApplication::exec();
 }

@@ -26,6 +26,8 @@ const QString keyEditorFont = QStringLiteral("editorFontName");
 const QString keyFooterAuthor = QStringLiteral("poemFooterAuthor");
 const QString keyFooterPlace = QStringLiteral("poemFooterPlace");
 const QString keyCategories = QStringLiteral("poemCategories");
+const QString keyAutomaticUpdateChecks = QStringLiteral("automaticallyChecksForUpdates");
+const QString keyLastUpdateCheck = QStringLiteral("lastUpdateCheckDate");
 
 QSettings settingsStore()
 {
@@ -34,7 +36,7 @@ QSettings settingsStore()
 
 bool isBooleanKey(const QString &key)
 {
-    return key == keySearchTitleOnly || key == keyDailyBackup;
+    return key == keySearchTitleOnly || key == keyDailyBackup || key == keyAutomaticUpdateChecks;
 }
 
 QString accountName()
@@ -248,6 +250,29 @@ bool AppPreferences::renamePoemCategory(const QString &oldName, const QString &n
     return true;
 }
 
+bool AppPreferences::automaticallyChecksForUpdates()
+{
+    return flag(keyAutomaticUpdateChecks);
+}
+
+void AppPreferences::setAutomaticallyChecksForUpdates(bool value)
+{
+    setValue(keyAutomaticUpdateChecks, value);
+}
+
+std::optional<QDateTime> AppPreferences::lastUpdateCheckDate()
+{
+    const QDateTime date = QDateTime::fromString(string(keyLastUpdateCheck), Qt::ISODate);
+    if (!date.isValid())
+        return std::nullopt;
+    return date;
+}
+
+void AppPreferences::setLastUpdateCheckDate(const QDateTime &date)
+{
+    setValue(keyLastUpdateCheck, date.toUTC().toString(Qt::ISODate));
+}
+
 std::optional<QString> AppPreferences::resolvedFolder(FolderKind kind)
 {
     const QString key = bookmarkKey(kind);
@@ -279,6 +304,7 @@ QStringList AppPreferences::knownKeys()
                      keyEditorFont,  keyFooterAuthor, keyFooterPlace,     keyCategories,  keyLastDailyBackup};
     for (const FolderKind kind : allFolderKinds)
         keys.append(bookmarkKey(kind));
+    keys.append({keyAutomaticUpdateChecks, keyLastUpdateCheck});
     return keys;
 }
 

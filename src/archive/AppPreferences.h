@@ -3,6 +3,7 @@
 #include "archive/AppLanguage.h"
 #include "archive/FolderKind.h"
 
+#include <QDateTime>
 #include <QStringList>
 #include <QVariant>
 
@@ -47,6 +48,11 @@ public:
     // dropped, then sorted in the localised standard order.
     static QStringList normalizedCategories(const QStringList &categories);
     static bool renamePoemCategory(const QString &oldName, const QString &newName);
+
+    static bool automaticallyChecksForUpdates();
+    static void setAutomaticallyChecksForUpdates(bool value);
+    static std::optional<QDateTime> lastUpdateCheckDate();
+    static void setLastUpdateCheckDate(const QDateTime &date);
 
     static std::optional<QString> resolvedFolder(FolderKind kind);
     static void saveFolder(const QString &folder, FolderKind kind);

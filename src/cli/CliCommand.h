@@ -17,3 +17,4 @@ struct CliCommand {
 std::vector<CliCommand> archiveCommands();
 std::vector<CliCommand> backupCommands();
 std::vector<CliCommand> importCommands();
+std::vector<CliCommand> libraryCommands();

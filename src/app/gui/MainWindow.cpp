@@ -1,27 +1,515 @@
 #include "app/gui/MainWindow.h"
 
+#include "app/UpdateManager.h"
+#include "app/gui/AboutDialog.h"
+#include "app/gui/FeedbackDialog.h"
+#include "app/gui/FileManagerReveal.h"
+#include "app/gui/LibrarySidebar.h"
+#include "app/gui/PoemDetailView.h"
+#include "app/gui/PoemListModel.h"
+#include "app/gui/PoemListPane.h"
+#include "app/gui/PrivacyNoticeDialog.h"
+#include "app/gui/StatusPanel.h"
+#include "app/gui/ThemeIcon.h"
+#include "app/gui/TrashDialog.h"
+#include "app/gui/UpdatePresenter.h"
+#include "app/gui/WindowStyle.h"
 #include "archive/ArchiveContext.h"
 
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
 #include <QCloseEvent>
-#include <QLabel>
+#include <QListView>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
+#include <QShortcut>
+#include <QSplitter>
+#include <QToolBar>
 
-MainWindow::MainWindow(ArchiveContext &context, QWidget *parent) : QMainWindow(parent), m_context(context)
+namespace {
+
+// Edit commands act on whichever text field has the focus; other widgets ignore them.
+void forwardToFocus(const char *slot)
 {
+    QWidget *focus = QApplication::focusWidget();
+    if (!focus)
+        return;
+    const QByteArray signature = QByteArray(slot) + "()";
+    if (focus->metaObject()->indexOfMethod(signature.constData()) >= 0)
+        QMetaObject::invokeMethod(focus, slot);
+}
+
+} // namespace
+
+MainWindow::MainWindow(ArchiveContext &context, QWidget *parent)
+    : QMainWindow(parent), m_context(context), m_browser(context)
+{
+    setObjectName(QStringLiteral("mainWindow"));
     setWindowTitle(QStringLiteral("OdeLeaf"));
+    setStyleSheet(WindowStyle::styleSheet());
     resize(1280, 800);
-    auto *placeholder = new QLabel(tr("%n Gedichte im Archiv", nullptr, int(m_context.fetch().size())), this);
-    placeholder->setAlignment(Qt::AlignCenter);
-    setCentralWidget(placeholder);
+    setMinimumSize(900, 560);
+
+    m_browser.searchMode = storedSearchMode();
+    buildColumns();
+    buildActions();
+    buildMenus();
+    buildToolBar();
+
+    // Other parts save on their own (an import, a restore): their changes are taken over
+    // once the event loop is back, however many saves there were.
+    m_contextChangeTimer.setSingleShot(true);
+    m_contextChangeTimer.setInterval(0);
+    connect(&m_contextChangeTimer, &QTimer::timeout, this, &MainWindow::takeOverContextChanges);
+    connect(&m_context, &ArchiveContext::contextDidChange, this, [this] { m_contextChangeTimer.start(); });
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::buildColumns()
+{
+    m_model = new PoemListModel(m_browser, this);
+    m_splitter = new QSplitter(Qt::Horizontal, this);
+    m_splitter->setObjectName(QStringLiteral("columns"));
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setHandleWidth(1);
+
+    m_sidebar = new LibrarySidebar(m_splitter);
+    m_sidebar->setMinimumWidth(200);
+    m_listPane = new PoemListPane(m_model, m_splitter);
+    m_listPane->setMinimumWidth(280);
+    m_detail = new PoemDetailView(m_context, m_splitter);
+    m_detail->setMinimumWidth(380);
+    m_splitter->addWidget(m_sidebar);
+    m_splitter->addWidget(m_listPane);
+    m_splitter->addWidget(m_detail);
+    m_splitter->setStretchFactor(0, 0);
+    m_splitter->setStretchFactor(1, 0);
+    m_splitter->setStretchFactor(2, 1);
+    m_splitter->setSizes({240, 370, 670});
+    setCentralWidget(m_splitter);
+
+    m_listPane->setSearchMode(m_browser.searchMode);
+    m_listPane->setSortMode(m_browser.sortMode);
+
+    connect(m_sidebar, &LibrarySidebar::scopeSelected, this, [this](SidebarScope scope) {
+        m_browser.sidebarScope = scope;
+        if (m_scopeGroup)
+            m_scopeGroup->actions().at(int(scope))->setChecked(true);
+        reloadRows();
+    });
+    connect(m_sidebar, &LibrarySidebar::categorySelected, this, [this](const std::optional<QString> &category) {
+        m_browser.selectedCategory = category;
+        reloadRows();
+    });
+    connect(m_sidebar, &LibrarySidebar::trashRequested, this, &MainWindow::openTrash);
+    connect(m_sidebar->statusPanel(), &StatusPanel::revealRequested, this,
+            [this](const QString &path) { FileManagerReveal::reveal(path, this); });
+
+    connect(m_listPane, &PoemListPane::searchTextChanged, this, [this](const QString &text) {
+        m_browser.searchText = text;
+        reloadRows();
+    });
+    connect(m_listPane, &PoemListPane::searchModeChanged, this, [this](SearchMode mode) {
+        m_browser.searchMode = mode;
+        storeSearchMode(mode);
+        reloadRows();
+    });
+    connect(m_listPane, &PoemListPane::sortModeChanged, this, [this](PoemSortMode mode) {
+        m_browser.sortMode = mode;
+        if (m_sortGroup)
+            m_sortGroup->actions().at(int(mode))->setChecked(true);
+        reloadRows();
+    });
+    connect(m_listPane, &PoemListPane::rowSelected, this,
+            [this](const QString &objectID) { showSelectedPoem(poemForObjectID(objectID)); });
+    connect(m_listPane, &PoemListPane::duplicateRequested, this,
+            [this](const QString &objectID) { duplicatePoem(poemForObjectID(objectID)); });
+    connect(m_listPane, &PoemListPane::trashRequested, this,
+            [this](const QString &objectID) { moveToTrash(poemForObjectID(objectID)); });
+    connect(m_listPane, &PoemListPane::openRequested, this, [this] { m_detail->focusBody(); });
+
+    connect(m_detail, &PoemDetailView::poemChanged, this, &MainWindow::reloadRows);
+    connect(m_detail, &PoemDetailView::duplicateRequested, this, [this] { duplicatePoem(m_detail->poem()); });
+    connect(m_detail, &PoemDetailView::trashRequested, this, [this] { moveToTrash(m_detail->poem()); });
+    connect(m_detail, &PoemDetailView::leaveWriterModeRequested, this, [this] { setWriterMode(false); });
+}
+
+void MainWindow::buildActions()
+{
+    m_newPoemAction = new QAction(ThemeIcon::named(QStringLiteral("list-add")), tr("Neues Gedicht"), this);
+    m_newPoemAction->setObjectName(QStringLiteral("newPoemAction"));
+    m_newPoemAction->setShortcut(QKeySequence::New);
+    connect(m_newPoemAction, &QAction::triggered, this, &MainWindow::newPoem);
+
+    m_duplicateAction = new QAction(ThemeIcon::named(QStringLiteral("edit-copy")), tr("Duplizieren"), this);
+    m_duplicateAction->setObjectName(QStringLiteral("duplicateAction"));
+    m_duplicateAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_D));
+    connect(m_duplicateAction, &QAction::triggered, this, [this] { duplicatePoem(selectedPoem()); });
+
+    m_trashAction = new QAction(ThemeIcon::named(QStringLiteral("user-trash")), tr("In den Papierkorb"), this);
+    m_trashAction->setObjectName(QStringLiteral("trashAction"));
+    m_trashAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Backspace));
+    connect(m_trashAction, &QAction::triggered, this, [this] { moveToTrash(selectedPoem()); });
+
+    m_openTrashAction = new QAction(tr("Papierkorb öffnen…"), this);
+    m_openTrashAction->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backspace));
+    connect(m_openTrashAction, &QAction::triggered, this, &MainWindow::openTrash);
+
+    m_writerModeAction = new QAction(ThemeIcon::named(QStringLiteral("view-fullscreen")), tr("Schreibmodus"), this);
+    m_writerModeAction->setObjectName(QStringLiteral("writerModeAction"));
+    m_writerModeAction->setCheckable(true);
+    m_writerModeAction->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+    connect(m_writerModeAction, &QAction::toggled, this, &MainWindow::setWriterMode);
+
+    m_findAction = new QAction(tr("Suchen"), this);
+    m_findAction->setShortcut(QKeySequence::Find);
+    connect(m_findAction, &QAction::triggered, this, [this] {
+        setWriterMode(false);
+        m_listPane->focusSearch();
+    });
+
+    auto *leaveWriterMode = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(leaveWriterMode, &QShortcut::activated, this, [this] {
+        if (m_writerMode)
+            setWriterMode(false);
+    });
+}
+
+void MainWindow::buildMenus()
+{
+    m_fileMenu = menuBar()->addMenu(tr("&Datei"));
+    m_fileMenu->addAction(m_newPoemAction);
+    m_fileMenu->addAction(m_duplicateAction);
+    m_fileMenu->addAction(m_trashAction);
+    m_fileMenu->addSeparator();
+    m_fileMenu->addAction(m_openTrashAction);
+    m_fileMenu->addSeparator();
+    QAction *quit = m_fileMenu->addAction(tr("Beenden"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+    quit->setMenuRole(QAction::QuitRole);
+
+    m_editMenu = menuBar()->addMenu(tr("&Bearbeiten"));
+    const struct {
+        const char *text;
+        QKeySequence::StandardKey key;
+        const char *slot;
+    } editCommands[] = {
+        {QT_TR_NOOP("Rückgängig"), QKeySequence::Undo, "undo"},
+        {QT_TR_NOOP("Wiederholen"), QKeySequence::Redo, "redo"},
+        {nullptr, QKeySequence::UnknownKey, nullptr},
+        {QT_TR_NOOP("Ausschneiden"), QKeySequence::Cut, "cut"},
+        {QT_TR_NOOP("Kopieren"), QKeySequence::Copy, "copy"},
+        {QT_TR_NOOP("Einfügen"), QKeySequence::Paste, "paste"},
+        {QT_TR_NOOP("Alles auswählen"), QKeySequence::SelectAll, "selectAll"},
+    };
+    for (const auto &command : editCommands) {
+        if (!command.text) {
+            m_editMenu->addSeparator();
+            continue;
+        }
+        QAction *action = m_editMenu->addAction(tr(command.text));
+        action->setShortcut(command.key);
+        const char *slot = command.slot;
+        connect(action, &QAction::triggered, this, [slot] { forwardToFocus(slot); });
+    }
+    m_editMenu->addSeparator();
+    m_editMenu->addAction(m_findAction);
+
+    m_viewMenu = menuBar()->addMenu(tr("&Ansicht"));
+    m_scopeGroup = new QActionGroup(this);
+    for (const SidebarScope scope : allSidebarScopes) {
+        QAction *action = m_viewMenu->addAction(displayTitle(scope));
+        action->setCheckable(true);
+        action->setChecked(scope == m_browser.sidebarScope);
+        action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + int(scope))));
+        m_scopeGroup->addAction(action);
+        connect(action, &QAction::triggered, this, [this, scope] { m_sidebar->selectScope(scope); });
+    }
+    m_viewMenu->addSeparator();
+    QMenu *sortMenu = m_viewMenu->addMenu(tr("Sortieren nach"));
+    m_sortGroup = new QActionGroup(this);
+    for (const PoemSortMode mode : allPoemSortModes) {
+        QAction *action = sortMenu->addAction(displayTitle(mode));
+        action->setCheckable(true);
+        action->setChecked(mode == m_browser.sortMode);
+        m_sortGroup->addAction(action);
+        connect(action, &QAction::triggered, this, [this, mode] {
+            m_listPane->setSortMode(mode);
+            m_browser.sortMode = mode;
+            reloadRows();
+        });
+    }
+    m_viewMenu->addSeparator();
+    m_viewMenu->addAction(m_writerModeAction);
+
+    m_helpMenu = menuBar()->addMenu(tr("&Hilfe"));
+    m_checkUpdatesAction = m_helpMenu->addAction(tr("Nach Updates suchen…"));
+    m_checkUpdatesAction->setEnabled(false);
+    m_helpMenu->addSeparator();
+    m_helpMenu->addAction(tr("Datenschutzhinweise"), this, &MainWindow::showPrivacyNotice);
+    m_helpMenu->addAction(tr("Feedback senden…"), this, &MainWindow::showFeedback);
+    m_helpMenu->addSeparator();
+    QAction *about = m_helpMenu->addAction(tr("Über OdeLeaf"), this, &MainWindow::showAbout);
+    about->setMenuRole(QAction::AboutRole);
+}
+
+void MainWindow::buildToolBar()
+{
+    m_toolBar = addToolBar(tr("Werkzeugleiste"));
+    m_toolBar->setObjectName(QStringLiteral("mainToolBar"));
+    m_toolBar->setMovable(false);
+    m_toolBar->setFloatable(false);
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_toolBar->setIconSize(QSize(18, 18));
+    m_toolBar->toggleViewAction()->setEnabled(false);
+    m_toolBar->addAction(m_newPoemAction);
+    m_toolBar->addSeparator();
+    m_toolBar->addAction(m_duplicateAction);
+    m_toolBar->addAction(m_trashAction);
+    auto *spacer = new QWidget(m_toolBar);
+    spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    m_toolBar->addWidget(spacer);
+    m_toolBar->addAction(m_writerModeAction);
+    setContextMenuPolicy(Qt::NoContextMenu);
+}
+
+void MainWindow::setUpdateManager(UpdateManager *manager)
+{
+    m_updateManager = manager;
+    if (!manager)
+        return;
+    new UpdatePresenter(*manager, this);
+    m_checkUpdatesAction->setEnabled(manager->canCheckForUpdates());
+    connect(manager, &UpdateManager::canCheckForUpdatesChanged, m_checkUpdatesAction, &QAction::setEnabled);
+    connect(m_checkUpdatesAction, &QAction::triggered, manager, &UpdateManager::checkForUpdates);
+}
+
+void MainWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (m_started)
+        return;
+    m_started = true;
+    // After the first paint, so the window is on screen before the start-up work.
+    QTimer::singleShot(0, this, &MainWindow::runStartSequence);
+}
+
+void MainWindow::runStartSequence()
+{
+    setWriterMode(false);
+    reloadRows();
+    m_hasPendingTextImportUndo = m_undoCheck && m_undoCheck();
+    Q_EMIT pendingImportUndoChecked(m_hasPendingTextImportUndo);
+    m_hasImportReport = m_reportCheck && m_reportCheck();
+    Q_EMIT importReportChecked(m_hasImportReport);
+    m_browser.refreshTrashCount();
+    m_sidebar->showCounts(m_browser.counts());
+    Q_EMIT dailyBackupDue();
+    Q_EMIT startUpFinished();
+}
+
+void MainWindow::reloadRows()
+{
+    m_contextChangeTimer.stop();
+    m_browser.reloadRows();
+    showRows();
+}
+
+void MainWindow::showRows()
+{
+    m_model->rowsReloaded();
+    m_sidebar->showCounts(m_browser.counts());
+    m_sidebar->showCategories(m_browser.categoryFilters(), m_browser.counts().activePoemCount,
+                              m_browser.selectedCategory);
+    m_listPane->showSummary(m_browser.showsResultSummary(), m_browser.resultSummaryText());
+    m_listPane->showMissingTextHint(m_browser.sidebarScope == SidebarScope::missingText);
+    const qsizetype row =
+        m_browser.selectedPoemObjectID ? m_browser.indexOfObjectID(*m_browser.selectedPoemObjectID) : -1;
+    m_listPane->selectRow(int(row));
+    m_listPane->refreshEmptyState(m_browser.counts().activePoemCount == 0);
+    updateActionStates();
+}
+
+void MainWindow::takeOverContextChanges()
+{
+    const PoemPtr shown = m_detail->poem();
+    if (shown && (shown->context() != &m_context || shown->isInTrash()))
+        showSelectedPoem(nullptr);
+    else if (shown)
+        m_detail->refreshFromPoem();
+    reloadRows();
+}
+
+PoemPtr MainWindow::poemForObjectID(const QString &objectID) const
+{
+    return objectID.isEmpty() ? nullptr : m_context.poemWithObjectID(objectID);
+}
+
+PoemPtr MainWindow::selectedPoem() const
+{
+    return m_browser.selectedPoemObjectID ? poemForObjectID(*m_browser.selectedPoemObjectID) : nullptr;
+}
+
+void MainWindow::selectPoem(const PoemPtr &poem)
+{
+    showSelectedPoem(poem);
+    const qsizetype row = poem ? m_browser.indexOfObjectID(poem->objectID()) : -1;
+    m_listPane->selectRow(int(row));
+}
+
+void MainWindow::showSelectedPoem(const PoemPtr &poem)
+{
+    if (poem)
+        m_browser.selectedPoemObjectID = poem->objectID();
+    else
+        m_browser.selectedPoemObjectID.reset();
+    if (m_detail->poem() != poem) {
+        m_detail->commitPendingEdits();
+        m_detail->showPoem(poem);
+    }
+    updateActionStates();
+    Q_EMIT selectedPoemChanged(poem);
+}
+
+void MainWindow::updateActionStates()
+{
+    const bool hasPoem = m_detail->poem() != nullptr;
+    m_duplicateAction->setEnabled(hasPoem);
+    m_trashAction->setEnabled(hasPoem);
+}
+
+void MainWindow::newPoem()
+{
+    m_detail->commitPendingEdits();
+    const auto added = m_browser.addPoem(QDateTime::currentDateTimeUtc());
+    showRows();
+    selectPoem(added.poem);
+    setWriterMode(true);
+    m_detail->focusTitle();
+}
+
+void MainWindow::duplicatePoem(const PoemPtr &poem)
+{
+    if (!poem)
+        return;
+    m_detail->commitPendingEdits();
+    const auto copy = m_browser.duplicatePoem(poem, QDateTime::currentDateTimeUtc());
+    showRows();
+    selectPoem(copy.poem);
+    setStatus(copy.statusText);
+}
+
+void MainWindow::moveToTrash(const PoemPtr &poem)
+{
+    if (!poem)
+        return;
+    m_detail->commitPendingEdits();
+    const qsizetype row = m_browser.indexOfObjectID(poem->objectID());
+    const bool wasShown = m_detail->poem() == poem;
+    const auto trashed = m_browser.moveToTrash(poem, QDateTime::currentDateTimeUtc());
+    if (wasShown) {
+        // The next poem takes the place of the trashed one, so the keyboard can go on.
+        const qsizetype next = qMin(row, m_browser.rowCount() - 1);
+        showSelectedPoem(row >= 0 && next >= 0 ? m_browser.poemAt(next) : nullptr);
+    }
+    showRows();
+    setStatus(trashed.statusText);
+}
+
+void MainWindow::openTrash()
+{
+    setWriterMode(false);
+    TrashDialog dialog(
+        m_context, [this](const QString &status) { setStatus(status); }, [this] { reloadRows(); }, this);
+    dialog.exec();
+}
+
+void MainWindow::setWriterMode(bool active)
+{
+    if (active == m_writerMode) {
+        m_writerModeAction->setChecked(active);
+        return;
+    }
+    m_writerMode = active;
+    if (active)
+        m_columnSizes = m_splitter->sizes();
+    m_sidebar->setVisible(!active);
+    m_listPane->setVisible(!active);
+    m_toolBar->setVisible(!active);
+    m_toolBar->setToolButtonStyle(active ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
+    m_detail->setWriterMode(active);
+    if (!active && !m_columnSizes.isEmpty())
+        m_splitter->setSizes(m_columnSizes);
+    {
+        const QSignalBlocker blocker(m_writerModeAction);
+        m_writerModeAction->setChecked(active);
+    }
+    if (active)
+        m_detail->focusBody();
+}
+
+void MainWindow::setStatus(const QString &text)
+{
+    m_statusText = text;
+    m_sidebar->statusPanel()->setStatus(text);
+    Q_EMIT statusChanged(text);
+}
+
+void MainWindow::setLastWrittenFile(const QString &path)
+{
+    m_sidebar->statusPanel()->setLastWrittenFile(path);
+}
+
+QString MainWindow::lastWrittenFile() const
+{
+    return m_sidebar->statusPanel()->lastWrittenFile();
+}
+
+void MainWindow::setBusy(bool busy)
+{
+    m_sidebar->statusPanel()->setBusy(busy);
+}
+
+bool MainWindow::isBusy() const
+{
+    return m_sidebar->statusPanel()->isBusy();
+}
+
+void MainWindow::addSidebarAction(QAction *action)
+{
+    m_sidebar->addAction(action);
+}
+
+void MainWindow::showAbout()
+{
+    AboutDialog dialog(this);
+    dialog.exec();
+}
+
+void MainWindow::showPrivacyNotice()
+{
+    PrivacyNoticeDialog dialog(this);
+    dialog.exec();
+}
+
+void MainWindow::showFeedback()
+{
+    FeedbackDialog dialog(this);
+    dialog.exec();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    m_detail->commitPendingEdits();
     if (!m_context.hasChanges()) {
         event->accept();
         return;
     }
     if (auto saved = m_context.save(); !saved) {
+        // Nothing is lost: the changes stay in memory and the program keeps running.
         QMessageBox::critical(this, tr("OdeLeaf"),
                               tr("Änderungen konnten nicht gespeichert werden: %1").arg(saved.errorMessage()));
         event->ignore();

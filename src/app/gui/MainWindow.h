@@ -1,19 +1,137 @@
 #pragma once
 
+#include "archive/LibraryBrowser.h"
+
 #include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+
+#include <functional>
 
 class ArchiveContext;
+class LibrarySidebar;
+class PoemDetailView;
+class PoemListModel;
+class PoemListPane;
+class QAction;
+class QActionGroup;
+class QMenu;
+class QSplitter;
+class QToolBar;
+class UpdateManager;
 
-// The library window: sidebar, list and detail columns over the archive context.
+// The library window: sidebar, list and detail columns over the archive context, the
+// one status line, the menus, writer mode and the start-up tasks.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
     explicit MainWindow(ArchiveContext &context, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    // --- Integration points for the archive-wide operations ---
+    ArchiveContext &context() { return m_context; }
+    LibraryBrowser &library() { return m_browser; }
+    // The status line (scanStatus): a new message replaces the previous one.
+    void setStatus(const QString &text);
+    QString statusText() const { return m_statusText; }
+    // The file the last operation wrote; shows the button that reveals it. Empty hides it.
+    void setLastWrittenFile(const QString &path);
+    QString lastWrittenFile() const;
+    // The busy indicator of the status panel, while a long operation runs.
+    void setBusy(bool busy);
+    bool isBusy() const;
+    // One line in the sidebar's action section; the section shows once it has one.
+    void addSidebarAction(QAction *action);
+    // Rebuilds counts, category filters and rows, keeping the selection.
+    void reloadRows();
+    // Start-up checks of the last import's state files: each answers whether its file
+    // exists and decodes. Unset, or answering false, leaves the command off, silently.
+    void setPendingImportUndoCheck(std::function<bool()> check) { m_undoCheck = std::move(check); }
+    void setImportReportCheck(std::function<bool()> check) { m_reportCheck = std::move(check); }
+    bool hasPendingTextImportUndo() const { return m_hasPendingTextImportUndo; }
+    bool hasImportReport() const { return m_hasImportReport; }
+    void setUpdateManager(UpdateManager *manager);
+    QMenu *fileMenu() const { return m_fileMenu; }
+    QMenu *editMenu() const { return m_editMenu; }
+    QMenu *viewMenu() const { return m_viewMenu; }
+    QMenu *helpMenu() const { return m_helpMenu; }
+    QToolBar *toolBar() const { return m_toolBar; }
+
+    // --- The window's own state ---
+    PoemPtr selectedPoem() const;
+    void selectPoem(const PoemPtr &poem);
+    void newPoem();
+    void duplicatePoem(const PoemPtr &poem);
+    void moveToTrash(const PoemPtr &poem);
+    void openTrash();
+    void setWriterMode(bool active);
+    bool isWriterModeActive() const { return m_writerMode; }
+    bool hasStarted() const { return m_started; }
+
+    LibrarySidebar *sidebar() const { return m_sidebar; }
+    PoemListPane *listPane() const { return m_listPane; }
+    PoemDetailView *detailView() const { return m_detail; }
+
+Q_SIGNALS:
+    // Start-up, after the trash count: the daily automatic backup runs here if due.
+    void dailyBackupDue();
+    void pendingImportUndoChecked(bool available);
+    void importReportChecked(bool available);
+    void startUpFinished();
+    void statusChanged(const QString &text);
+    void selectedPoemChanged(const PoemPtr &poem);
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void buildColumns();
+    void buildActions();
+    void buildMenus();
+    void buildToolBar();
+    void runStartSequence();
+    void showRows();
+    void showSelectedPoem(const PoemPtr &poem);
+    void takeOverContextChanges();
+    void updateActionStates();
+    PoemPtr poemForObjectID(const QString &objectID) const;
+    void showAbout();
+    void showPrivacyNotice();
+    void showFeedback();
+
     ArchiveContext &m_context;
+    LibraryBrowser m_browser;
+    PoemListModel *m_model = nullptr;
+    QSplitter *m_splitter = nullptr;
+    LibrarySidebar *m_sidebar = nullptr;
+    PoemListPane *m_listPane = nullptr;
+    PoemDetailView *m_detail = nullptr;
+    QToolBar *m_toolBar = nullptr;
+    QMenu *m_fileMenu = nullptr;
+    QMenu *m_editMenu = nullptr;
+    QMenu *m_viewMenu = nullptr;
+    QMenu *m_helpMenu = nullptr;
+
+    QAction *m_newPoemAction = nullptr;
+    QAction *m_duplicateAction = nullptr;
+    QAction *m_trashAction = nullptr;
+    QAction *m_openTrashAction = nullptr;
+    QAction *m_writerModeAction = nullptr;
+    QAction *m_findAction = nullptr;
+    QAction *m_checkUpdatesAction = nullptr;
+    QActionGroup *m_scopeGroup = nullptr;
+    QActionGroup *m_sortGroup = nullptr;
+
+    QTimer m_contextChangeTimer;
+    QList<int> m_columnSizes;
+    QString m_statusText;
+    UpdateManager *m_updateManager = nullptr;
+    std::function<bool()> m_undoCheck;
+    std::function<bool()> m_reportCheck;
+    bool m_hasPendingTextImportUndo = false;
+    bool m_hasImportReport = false;
+    bool m_writerMode = false;
+    bool m_started = false;
 };

@@ -1,0 +1,176 @@
+// Opens an archive the way the program does, shows the main window and reports the time
+// from the start of the process to the first shown window and the resident memory. With
+// --shot it also saves a picture of a window state, to look at the window without a screen.
+#include "SampleArchive.h"
+
+#include "app/gui/AboutDialog.h"
+#include "app/gui/AppIcon.h"
+#include "app/gui/FeedbackDialog.h"
+#include "app/gui/LibrarySidebar.h"
+#include "app/gui/MainWindow.h"
+#include "app/gui/PoemDetailView.h"
+#include "app/gui/PoemListPane.h"
+#include "app/gui/PrivacyNoticeDialog.h"
+#include "app/gui/ThemeIcon.h"
+#include "app/gui/TrashDialog.h"
+#include "archive/ApplicationSupport.h"
+#include "archive/PersistenceController.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QLibraryInfo>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTimer>
+#include <QTranslator>
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+// Milliseconds since the kernel started this process.
+double processAgeMs()
+{
+    QFile stat(QStringLiteral("/proc/self/stat"));
+    QFile uptime(QStringLiteral("/proc/uptime"));
+    if (!stat.open(QIODevice::ReadOnly) || !uptime.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray statLine = stat.readAll();
+    const QList<QByteArray> fields = statLine.mid(statLine.lastIndexOf(')') + 2).split(' ');
+    const double startTicks = fields.value(19).toDouble();
+    const double upSeconds = uptime.readAll().split(' ').value(0).toDouble();
+    return (upSeconds - startTicks / double(sysconf(_SC_CLK_TCK))) * 1000.0;
+}
+
+QString residentMemory()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return {};
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return QString::fromLatin1(line.mid(6).trimmed());
+    }
+    return {};
+}
+
+// Types into the title and the text of the first poem, as a poet would, and reports
+// the time each keystroke takes to be saved and shown in the list.
+void measureTyping(MainWindow &window)
+{
+    window.selectPoem(window.library().poemAt(0));
+    QWidget *fields[] = {window.detailView()->titleField(),
+                         window.detailView()->findChild<QPlainTextEdit *>(QStringLiteral("poemText"))};
+    for (QWidget *field : fields) {
+        field->setFocus();
+        QElapsedTimer timer;
+        timer.start();
+        const QString typed = QStringLiteral("Abendstern");
+        for (const QChar c : typed) {
+            QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+            QApplication::sendEvent(field, &press);
+            QApplication::processEvents();
+        }
+        std::printf("keystroke in %s: %.1f ms each\n", qPrintable(field->objectName()),
+                    double(timer.elapsed()) / double(typed.size()));
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QElapsedTimer sinceMain;
+    sinceMain.start();
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("OdeLeaf"));
+    QApplication::setApplicationVersion(QStringLiteral(ODELEAF_VERSION));
+    QApplication::setWindowIcon(AppIcon::icon());
+    ThemeIcon::useDesktopTheme();
+    QTranslator qtTexts;
+    if (qtTexts.load(QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&qtTexts);
+
+    QCommandLineParser parser;
+    parser.addOption({QStringLiteral("data-dir"), QStringLiteral("archive folder"), QStringLiteral("DIR")});
+    parser.addOption({QStringLiteral("shot"), QStringLiteral("save a PNG of the state"), QStringLiteral("FILE")});
+    parser.addOption({QStringLiteral("state"), QStringLiteral("archive, search, trash, writer, scope"),
+                      QStringLiteral("STATE"), QStringLiteral("archive")});
+    parser.addOption({QStringLiteral("search"), QStringLiteral("search text"), QStringLiteral("TEXT")});
+    parser.addOption(
+        {QStringLiteral("select"), QStringLiteral("row to select"), QStringLiteral("ROW"), QStringLiteral("0")});
+    parser.addOption({QStringLiteral("size"), QStringLiteral("window size WxH"), QStringLiteral("SIZE"),
+                      QStringLiteral("1280x800")});
+    parser.addOption(
+        {QStringLiteral("fill"), QStringLiteral("first add N sample poems and stop"), QStringLiteral("N")});
+    parser.process(app);
+    if (parser.isSet(QStringLiteral("data-dir")))
+        ApplicationSupport::setDirectory(parser.value(QStringLiteral("data-dir")));
+
+    if (auto opened = PersistenceController::openShared(); !opened) {
+        std::fprintf(stderr, "%s\n", qPrintable(opened.errorMessage()));
+        return 1;
+    }
+    if (parser.isSet(QStringLiteral("fill"))) {
+        const auto filled = fillSampleArchive(PersistenceController::shared().viewContext(),
+                                              parser.value(QStringLiteral("fill")).toInt());
+        if (!filled)
+            std::fprintf(stderr, "%s\n", qPrintable(filled.errorMessage()));
+        return filled ? 0 : 1;
+    }
+    MainWindow window(PersistenceController::shared().viewContext());
+    const QStringList size = parser.value(QStringLiteral("size")).split(QLatin1Char('x'));
+    window.resize(size.value(0).toInt(), size.value(1).toInt());
+    QObject::connect(&window, &MainWindow::startUpFinished, &window, [&] {
+        std::printf("start-to-window: %.0f ms since main(), %.0f ms since process start\n", double(sinceMain.elapsed()),
+                    processAgeMs());
+        std::printf("resident memory: %s\n", qPrintable(residentMemory()));
+        std::fflush(stdout);
+        if (parser.value(QStringLiteral("state")) == QLatin1String("typing")) {
+            measureTyping(window);
+            QApplication::quit();
+            return;
+        }
+        if (!parser.isSet(QStringLiteral("shot"))) {
+            QApplication::quit();
+            return;
+        }
+        const QString state = parser.value(QStringLiteral("state"));
+        if (parser.isSet(QStringLiteral("search")))
+            window.listPane()->searchField()->setText(parser.value(QStringLiteral("search")));
+        const int row = parser.value(QStringLiteral("select")).toInt();
+        if (row >= 0 && row < window.library().rowCount())
+            window.selectPoem(window.library().poemAt(row));
+        if (state == QLatin1String("scope"))
+            window.sidebar()->selectScope(SidebarScope::missingText);
+        if (state == QLatin1String("writer"))
+            window.setWriterMode(true);
+        QTimer::singleShot(200, &window, [&window, &parser, state] {
+            QPixmap picture = window.grab();
+            std::unique_ptr<QDialog> dialog;
+            if (state == QLatin1String("trash"))
+                dialog = std::make_unique<TrashDialog>(window.context(), Trash::StatusCallback{},
+                                                       Trash::ChangeCallback{}, &window);
+            else if (state == QLatin1String("about"))
+                dialog = std::make_unique<AboutDialog>(&window);
+            else if (state == QLatin1String("privacy"))
+                dialog = std::make_unique<PrivacyNoticeDialog>(&window);
+            else if (state == QLatin1String("feedback"))
+                dialog = std::make_unique<FeedbackDialog>(&window);
+            if (dialog) {
+                dialog->show();
+                QApplication::processEvents();
+                picture = dialog->grab();
+            }
+            picture.save(parser.value(QStringLiteral("shot")));
+            QApplication::quit();
+        });
+    });
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "archive/Poem.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class ArchiveContext;
+class PoemBodyEditor;
+class QCheckBox;
+class QComboBox;
+class QDateEdit;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QStackedWidget;
+
+// The third column: edits the selected poem. Every change is saved at once (touch and
+// save); the save status reads "Gespeichert", or tells the failure.
+class PoemDetailView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PoemDetailView(ArchiveContext &context, QWidget *parent = nullptr);
+
+    // Null shows the placeholder.
+    void showPoem(const PoemPtr &poem);
+    const PoemPtr &poem() const { return m_poem; }
+    // Takes over changes made elsewhere (an import, a restore) without disturbing typing.
+    void refreshFromPoem();
+    // Saves what a field holds but has not handed over yet (a category being typed).
+    void commitPendingEdits();
+    void reloadCategories();
+    void setWriterMode(bool active);
+    void focusTitle();
+    void focusBody();
+
+    QString saveStatus() const;
+    QLineEdit *titleField() const { return m_title; }
+    QComboBox *categoryField() const { return m_category; }
+    QCheckBox *publishedToggle() const { return m_published; }
+    QCheckBox *podcastToggle() const { return m_podcast; }
+    QCheckBox *noDateToggle() const { return m_noDate; }
+    QDateEdit *dateField() const { return m_date; }
+    QPlainTextEdit *notesField() const { return m_notes; }
+    PoemBodyEditor *bodyEditor() const { return m_body; }
+
+Q_SIGNALS:
+    void poemChanged();
+    void duplicateRequested();
+    void trashRequested();
+    void leaveWriterModeRequested();
+
+private:
+    // The one place that decides which editor holds the poem's text.
+    static PoemBodyEditor *createBodyEditor(QWidget *parent);
+
+    QWidget *makeEditorPage();
+    QWidget *makePlaceholderPage();
+    void applyEdit(const std::function<void(Poem &)> &change);
+    void commitCategory();
+    void showFields();
+    void setSaveStatus(const QString &text, bool failed);
+
+    ArchiveContext &m_context;
+    PoemPtr m_poem;
+    bool m_loading = false;
+    static constexpr int writerColumnWidth = 860;
+
+    QStackedWidget *m_pages = nullptr;
+    QWidget *m_column = nullptr;
+    QWidget *m_writerBar = nullptr;
+    QLineEdit *m_title = nullptr;
+    QComboBox *m_category = nullptr;
+    QDateEdit *m_date = nullptr;
+    QCheckBox *m_noDate = nullptr;
+    QCheckBox *m_published = nullptr;
+    QCheckBox *m_podcast = nullptr;
+    QPlainTextEdit *m_notes = nullptr;
+    PoemBodyEditor *m_body = nullptr;
+    QLabel *m_saveStatus = nullptr;
+    QPushButton *m_duplicate = nullptr;
+    QPushButton *m_trash = nullptr;
+};

@@ -1,0 +1,70 @@
+#include "app/gui/StatusPanel.h"
+
+#include "app/gui/ThemeIcon.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+StatusPanel::StatusPanel(QWidget *parent)
+    : QWidget(parent), m_statusLabel(new QLabel(this)), m_busyIndicator(new QProgressBar(this)),
+      m_revealButton(
+          new QPushButton(ThemeIcon::named(QStringLiteral("folder-open")), tr("Im Dateimanager zeigen"), this))
+{
+    setObjectName(QStringLiteral("statusPanel"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(12, 10, 12, 12);
+    layout->setSpacing(6);
+
+    auto *heading = new QLabel(tr("Status"), this);
+    heading->setObjectName(QStringLiteral("sectionHeading"));
+    layout->addWidget(heading);
+
+    m_busyIndicator->setRange(0, 0);
+    m_busyIndicator->setTextVisible(false);
+    m_busyIndicator->setMaximumHeight(6);
+    m_busyIndicator->hide();
+    layout->addWidget(m_busyIndicator);
+
+    m_statusLabel->setObjectName(QStringLiteral("statusText"));
+    m_statusLabel->setWordWrap(true);
+    m_statusLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_statusLabel->setText(tr("Keine aktuellen Meldungen."));
+    m_statusLabel->setEnabled(false);
+    layout->addWidget(m_statusLabel);
+
+    m_revealButton->hide();
+    m_revealButton->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    connect(m_revealButton, &QPushButton::clicked, this, [this] { Q_EMIT revealRequested(m_lastWrittenFile); });
+    layout->addWidget(m_revealButton, 0, Qt::AlignLeft);
+}
+
+void StatusPanel::setStatus(const QString &text)
+{
+    m_statusLabel->setEnabled(!text.isEmpty());
+    m_statusLabel->setText(text.isEmpty() ? tr("Keine aktuellen Meldungen.") : text);
+    m_statusLabel->setProperty("statusText", text);
+}
+
+QString StatusPanel::status() const
+{
+    return m_statusLabel->property("statusText").toString();
+}
+
+void StatusPanel::setLastWrittenFile(const QString &path)
+{
+    m_lastWrittenFile = path;
+    m_revealButton->setVisible(!path.isEmpty());
+    m_revealButton->setToolTip(path);
+}
+
+void StatusPanel::setBusy(bool busy)
+{
+    m_busyIndicator->setVisible(busy);
+}
+
+bool StatusPanel::isBusy() const
+{
+    return !m_busyIndicator->isHidden();
+}

@@ -1,0 +1,145 @@
+#include "archive/DerivedPoemText.h"
+
+#include "archive/ByteSearch.h"
+#include "archive/CategoryNameTable.h"
+#include "archive/Poem.h"
+#include "archive/PoemRowText.h"
+#include "archive/TextComparison.h"
+
+namespace {
+
+const QString emptyText;
+
+const QString &orEmpty(const std::optional<QString> &value)
+{
+    return value ? *value : emptyText;
+}
+
+// Implicit sharing makes an unchanged field share its buffer with the kept source, so
+// most checks never look at the characters.
+bool sameText(const QString &a, const QString &b)
+{
+    return (a.constData() == b.constData() && a.size() == b.size()) || a == b;
+}
+
+} // namespace
+
+void DerivedPoemText::refresh(const Poem &poem, CategoryNameTable &categories)
+{
+    const QString &title = orEmpty(poem.title());
+    const QString &titleKey = orEmpty(poem.titleNormalized());
+    const QString &text = orEmpty(poem.text());
+    const QString &category = orEmpty(poem.category());
+    if (m_searchValid && sameText(m_titleSource, title) && sameText(m_titleKeySource, titleKey) &&
+        sameText(m_textSource, text) && sameText(m_categorySource, category))
+        return;
+
+    m_titleSource = title;
+    m_titleKeySource = titleKey;
+    m_textSource = text;
+    m_categorySource = category;
+    const QByteArray foldedTitle = TextComparison::folded(title).toUtf8();
+    const QByteArray foldedText = TextComparison::folded(text).toUtf8();
+    const QByteArray foldedCategory = TextComparison::folded(category).toUtf8();
+    const QByteArray foldedTitleKey = TextComparison::folded(titleKey).toUtf8();
+    m_folded.clear();
+    m_folded.reserve(foldedTitle.size() + foldedText.size() + foldedCategory.size() + foldedTitleKey.size() + 3);
+    m_folded.append(foldedTitle).append('\0');
+    m_textStart = m_folded.size();
+    m_folded.append(foldedText).append('\0');
+    m_categoryStart = m_folded.size();
+    m_folded.append(foldedCategory).append('\0');
+    m_titleKeyStart = m_folded.size();
+    m_folded.append(foldedTitleKey);
+    m_folded.squeeze();
+
+    m_hasUsableText = PoemRowText::hasUsableText(text);
+    m_categoryId = categories.idOf(category.trimmed());
+    m_searchValid = true;
+}
+
+// The fields are separated by NUL, which no needle holds, so no match spans two fields.
+bool DerivedPoemText::rangeContains(qsizetype from, qsizetype to, const QByteArray &needle) const
+{
+    return ByteSearch::contains(m_folded.constData() + from, size_t(to - from), needle.constData(),
+                                size_t(needle.size()));
+}
+
+bool DerivedPoemText::titleContains(const QByteArray &needle) const
+{
+    return rangeContains(0, m_textStart - 1, needle);
+}
+
+bool DerivedPoemText::titleKeyContains(const QByteArray &needle) const
+{
+    return rangeContains(m_titleKeyStart, m_folded.size(), needle);
+}
+
+bool DerivedPoemText::textContains(const QByteArray &needle) const
+{
+    return rangeContains(m_textStart, m_categoryStart - 1, needle);
+}
+
+bool DerivedPoemText::categoryContains(const QByteArray &needle) const
+{
+    return rangeContains(m_categoryStart, m_titleKeyStart - 1, needle);
+}
+
+bool DerivedPoemText::anyFieldContains(const QByteArray &needle) const
+{
+    return rangeContains(0, m_titleKeyStart - 1, needle);
+}
+
+template <typename Value, typename Derive>
+const Value &DerivedPoemText::fresh(Slot<Value> &slot, const QString &source, Derive derive)
+{
+    if (!slot.valid || !sameText(slot.source, source)) {
+        slot.value = derive(source);
+        slot.source = source;
+        slot.valid = true;
+    }
+    return slot.value;
+}
+
+const QString &DerivedPoemText::rowTitle(const Poem &poem)
+{
+    return fresh(m_rowTitle, orEmpty(poem.title()), [](const QString &title) { return PoemRowText::title(title); });
+}
+
+const QString &DerivedPoemText::excerpt(const Poem &poem)
+{
+    return fresh(m_excerpt, orEmpty(poem.text()), PoemRowText::excerpt);
+}
+
+const QByteArray &DerivedPoemText::titleSortKey(const Poem &poem)
+{
+    // The title key, or the title when a poem has none.
+    const QString &source = poem.titleNormalized() ? *poem.titleNormalized() : orEmpty(poem.title());
+    return fresh(m_titleSortKey, source, TextComparison::localizedStandardSortKey);
+}
+
+const QString &DerivedPoemText::dateText(const Poem &poem)
+{
+    if (!m_dateText || m_dateSource != poem.date()) {
+        m_dateSource = poem.date();
+        m_dateText = PoemRowText::dateText(poem.date());
+    }
+    return *m_dateText;
+}
+
+const QString &DerivedPoemText::objectID(const Poem &poem)
+{
+    if (m_objectID.isEmpty())
+        m_objectID = poem.objectID();
+    return m_objectID;
+}
+
+const QString &DerivedPoemText::idText(const Poem &poem)
+{
+    if (!m_idValid || m_idSource != poem.id()) {
+        m_idSource = poem.id();
+        m_idText = poem.id() ? uuidText(*poem.id()) : QString();
+        m_idValid = true;
+    }
+    return m_idText;
+}

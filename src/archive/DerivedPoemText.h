@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+#include <QUuid>
+
+#include <optional>
+
+class CategoryNameTable;
+class Poem;
+
+// What the library derives from one poem on every rebuild. The search fields are folded
+// once into one UTF-8 buffer, so a search reads one contiguous block per poem; the row
+// texts are derived when a row is first shown. Everything is derived again only when
+// the field it comes from has changed.
+class DerivedPoemText {
+public:
+    // Brings the search fields and the category in step with the poem; cheap when
+    // nothing changed, since unchanged fields still share their buffers with the poem.
+    void refresh(const Poem &poem, CategoryNameTable &categories);
+
+    bool hasUsableText() const { return m_hasUsableText; }
+    int categoryId() const { return m_categoryId; }
+    // Needles are folded UTF-8; an empty needle finds nothing.
+    bool titleContains(const QByteArray &needle) const;
+    bool titleKeyContains(const QByteArray &needle) const;
+    bool textContains(const QByteArray &needle) const;
+    bool categoryContains(const QByteArray &needle) const;
+    // Title, text or category, in one scan.
+    bool anyFieldContains(const QByteArray &needle) const;
+
+    const QString &rowTitle(const Poem &poem);
+    const QString &excerpt(const Poem &poem);
+    const QByteArray &titleSortKey(const Poem &poem);
+    const QString &dateText(const Poem &poem);
+    const QString &objectID(const Poem &poem);
+    const QString &idText(const Poem &poem);
+
+    unsigned lastUse = 0;
+
+private:
+    template <typename Value> struct Slot {
+        QString source;
+        Value value{};
+        bool valid = false;
+    };
+    template <typename Value, typename Derive>
+    static const Value &fresh(Slot<Value> &slot, const QString &source, Derive derive);
+    bool rangeContains(qsizetype from, qsizetype to, const QByteArray &needle) const;
+
+    // Read on every rebuild: kept together.
+    QString m_titleSource;
+    QString m_titleKeySource;
+    QString m_textSource;
+    QString m_categorySource;
+    // folded title, NUL, folded text, NUL, folded category, NUL, folded title key
+    QByteArray m_folded;
+    qsizetype m_textStart = 0;
+    qsizetype m_categoryStart = 0;
+    qsizetype m_titleKeyStart = 0;
+    int m_categoryId = -1;
+    bool m_hasUsableText = false;
+    bool m_searchValid = false;
+
+    // Read when rows are built or sorted.
+    Slot<QString> m_rowTitle;
+    Slot<QString> m_excerpt;
+    Slot<QByteArray> m_titleSortKey;
+    std::optional<QDateTime> m_dateSource;
+    std::optional<QString> m_dateText;
+    std::optional<QUuid> m_idSource;
+    bool m_idValid = false;
+    QString m_idText;
+    QString m_objectID;
+};

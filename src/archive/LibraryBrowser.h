@@ -1,0 +1,121 @@
+#pragma once
+
+#include "archive/CategoryFilter.h"
+#include "archive/LibraryCounts.h"
+#include "archive/Poem.h"
+#include "archive/PoemRow.h"
+#include "archive/PoemSortMode.h"
+#include "archive/PoemTextCache.h"
+#include "archive/SearchMode.h"
+#include "archive/SidebarScope.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QStringList>
+
+#include <optional>
+
+class ArchiveContext;
+
+// The library list behind the main window: the filter state, the rows it yields with their
+// counts and category filters, and the list actions. Plain state without widgets, so the
+// window, the command line and the tests run the same rebuild.
+class LibraryBrowser {
+    Q_DECLARE_TR_FUNCTIONS(LibraryBrowser)
+
+public:
+    explicit LibraryBrowser(ArchiveContext &context);
+
+    // The outcome of a list action: the poem it made or moved and the status line. A failed
+    // save is not reported to the user (the changes stay and go with the next save), but
+    // callers that must not claim success can read saveError.
+    struct ActionOutcome {
+        PoemPtr poem;
+        QString statusText;
+        QString saveError;
+    };
+
+    QString searchText;
+    SearchMode searchMode = SearchMode::title;
+    SidebarScope sidebarScope = SidebarScope::archive;
+    PoemSortMode sortMode = PoemSortMode::recentlyChanged;
+    std::optional<QString> selectedCategory;
+    std::optional<QString> selectedPoemObjectID;
+
+    // Rebuilds the counts, the category filters and the rows from the context.
+    void reloadRows();
+    // The configured category names that decide the filters' spelling; read from the
+    // preferences unless set (the command line and the tests set them).
+    void setConfiguredCategories(std::optional<QStringList> categories)
+    {
+        m_configuredCategories = std::move(categories);
+    }
+
+    // The rows are made when first asked for: a rebuild orders the poems, and a window
+    // shows a screenful of them.
+    qsizetype rowCount() const { return m_rowPoems.size(); }
+    const PoemRow &row(qsizetype index) const;
+    const QList<PoemRow> &rows() const;
+    const PoemPtr &poemAt(qsizetype index) const { return m_rowPoems.at(index); }
+    // -1 when the poem is not among the rows.
+    qsizetype indexOfObjectID(const QString &objectID) const;
+    const QList<CategoryFilter> &categoryFilters() const { return m_categoryFilters; }
+    const LibraryCounts &counts() const { return m_counts; }
+    bool showsResultSummary() const;
+    QString resultSummaryText() const;
+    // The hint above the list in the scope of poems without text.
+    static QString missingTextHint();
+
+    ActionOutcome addPoem(const QDateTime &now);
+    ActionOutcome duplicatePoem(const PoemPtr &source, const QDateTime &now);
+    ActionOutcome moveToTrash(const PoemPtr &poem, const QDateTime &now);
+
+    static bool hasUsableText(const Poem &poem);
+    static QList<CategoryFilter> makeCategoryFilters(const QList<PoemPtr> &poems, const QStringList &configured);
+    int refreshTrashCount();
+
+    ArchiveContext &context() const { return m_context; }
+
+private:
+    // A poem on its way into the rows, with the keys its sort compares.
+    struct Candidate {
+        const Poem *poem = nullptr;
+        DerivedPoemText *derived = nullptr;
+        qsizetype storeOrder = 0;
+        qint64 stamp = 0; // msecs of the date the store sorts by; nil sorts lowest
+        int categoryRank = 0;
+        const QByteArray *titleKey = nullptr;
+        // The key's first sixteen bytes, so most comparisons stay in the candidate.
+        quint64 titlePrefix = 0;
+        quint64 titlePrefixNext = 0;
+        bool hasText = false;
+    };
+
+    struct SearchNeedles {
+        QByteArray text;     // for title, text and category
+        QByteArray titleKey; // for titleNormalized: the search text's own title key
+    };
+
+    bool matchesSearch(const DerivedPoemText &derived, const SearchNeedles &needles) const;
+    bool inScope(const Poem &poem, DerivedPoemText &derived, SidebarScope scope) const;
+    void sortCandidates(std::vector<Candidate> &candidates) const;
+    void sortByCategory(std::vector<Candidate> &candidates) const;
+    static PoemRow makeRow(const Poem &poem, DerivedPoemText &derived);
+    static int compareTitleKeys(const Candidate &a, const Candidate &b);
+    void resetVanishedCategory();
+    static QList<CategoryFilter> filtersFromCounts(const QHash<QString, int> &countsByName,
+                                                   const QStringList &configured);
+
+    ArchiveContext &m_context;
+    mutable PoemTextCache m_cache;
+    std::optional<QStringList> m_configuredCategories;
+    QList<PoemPtr> m_rowPoems;
+    mutable std::vector<std::optional<PoemRow>> m_rowMemo;
+    mutable std::optional<QList<PoemRow>> m_allRows;
+    QList<CategoryFilter> m_categoryFilters;
+    LibraryCounts m_counts;
+    QString m_summarySearch; // the trimmed search text of the last rebuild
+    int m_scopeTotal = 0;    // poems in the scope and category, search aside
+};

@@ -1,0 +1,68 @@
+#include "archive/PoemRowText.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+bool PoemRowText::hasUsableText(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return !c.isSpace(); });
+}
+
+bool PoemRowText::hasUsableText(const std::optional<QString> &text)
+{
+    return text && hasUsableText(*text);
+}
+
+QString PoemRowText::title(const std::optional<QString> &title)
+{
+    if (!title)
+        return {};
+    QString line = *title;
+    line.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    return line.trimmed();
+}
+
+QString PoemRowText::excerpt(const QString &text)
+{
+    // Only the first 121 collapsed characters decide the excerpt, so the walk stops there
+    // instead of collapsing a long text whole.
+    QString collapsed;
+    collapsed.reserve(excerptLimit + 1);
+    bool pendingSpace = false;
+    for (const QChar c : text) {
+        if (c.isSpace()) {
+            pendingSpace = !collapsed.isEmpty();
+            continue;
+        }
+        if (pendingSpace)
+            collapsed.append(QLatin1Char(' '));
+        pendingSpace = false;
+        collapsed.append(c);
+        if (collapsed.size() > excerptLimit)
+            break;
+    }
+    if (collapsed.isEmpty())
+        return tr("Noch kein Gedichttext hinterlegt.");
+    if (collapsed.size() > excerptLimit)
+        return collapsed.left(excerptCut) + QStringLiteral("...");
+    return collapsed;
+}
+
+QString PoemRowText::dateText(const std::optional<QDateTime> &date)
+{
+    if (!date || !date->isValid())
+        return tr("unbekannt");
+    return date->toLocalTime().toString(tr("dd.MM.yyyy"));
+}
+
+QString PoemRowText::statusText(bool isPublished, bool inPodcast)
+{
+    if (isPublished && inPodcast)
+        return tr("Veröffentlicht") + QStringLiteral(" \u00B7 ") + tr("Podcast");
+    if (isPublished)
+        return tr("Veröffentlicht");
+    if (inPodcast)
+        return tr("Podcast");
+    return tr("Entwurf");
+}

@@ -1,0 +1,38 @@
+#include "archive/PoemTextCache.h"
+
+#include "archive/Poem.h"
+
+DerivedPoemText &PoemTextCache::entry(const Poem &poem)
+{
+    DerivedPoemText &found = m_entries[poem.storeKey()];
+    found.lastUse = m_generation;
+    found.refresh(poem, m_categories);
+    return found;
+}
+
+DerivedPoemText &PoemTextCache::entryAt(qsizetype position, const Poem &poem)
+{
+    const auto index = size_t(position);
+    if (index < m_walk.size() && m_walk[index].storeKey == poem.storeKey()) {
+        DerivedPoemText &known = *m_walk[index].entry;
+        known.lastUse = m_generation;
+        known.refresh(poem, m_categories);
+        return known;
+    }
+    DerivedPoemText &found = entry(poem);
+    if (index >= m_walk.size())
+        m_walk.resize(index + 1, Known{-1, nullptr});
+    m_walk[index] = Known{poem.storeKey(), &found};
+    return found;
+}
+
+void PoemTextCache::pruneUnused(int livePoemCount)
+{
+    // Positions past this walk may name entries that are about to go.
+    if (m_walk.size() > size_t(livePoemCount))
+        m_walk.resize(size_t(livePoemCount));
+    const unsigned current = m_generation++;
+    if (m_entries.size() <= size_t(livePoemCount) + size_t(livePoemCount) / 4 + 64)
+        return;
+    std::erase_if(m_entries, [current](const auto &item) { return item.second.lastUse != current; });
+}

@@ -1,0 +1,373 @@
+#include "LoopbackHttpServer.h"
+#include "StoreFaults.h"
+
+#include "app/UpdateManager.h"
+#include "app/gui/LibrarySidebar.h"
+#include "app/gui/MainWindow.h"
+#include "app/gui/PoemDetailView.h"
+#include "app/gui/PoemListPane.h"
+#include "app/gui/StatusPanel.h"
+#include "app/gui/TrashDialog.h"
+#include "archive/AppPreferences.h"
+#include "archive/ApplicationSupport.h"
+#include "archive/ArchiveContext.h"
+#include "archive/PersistenceController.h"
+#include "archive/PoemFactory.h"
+
+#include <QAbstractItemModel>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QMessageBox>
+#include <QNetworkProxy>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+
+namespace {
+
+// Answers the next modal dialog of the given type once it is up (exec() blocks the test).
+template <typename Dialog> void whenModal(std::function<void(Dialog *)> answer)
+{
+    auto *poll = new QTimer;
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, answer] {
+        if (auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget())) {
+            poll->stop();
+            poll->deleteLater();
+            answer(dialog);
+        }
+    });
+    poll->start(20);
+}
+
+QStringList listedTitles(const MainWindow &window)
+{
+    QStringList titles;
+    const QAbstractItemModel *model = window.listPane()->listView()->model();
+    for (int row = 0; row < model->rowCount(); ++row)
+        titles.append(model->index(row, 0).data().toString());
+    return titles;
+}
+
+} // namespace
+
+class MainWindowTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+    std::unique_ptr<PersistenceController> m_store;
+    std::unique_ptr<MainWindow> m_window;
+
+    QString storePath() const { return m_dir.filePath(QStringLiteral("window.sqlite")); }
+
+    MainWindow &openWindow()
+    {
+        m_window = std::make_unique<MainWindow>(m_store->viewContext());
+        QSignalSpy started(m_window.get(), &MainWindow::startUpFinished);
+        m_window->show();
+        if (!started.wait(5000))
+            qWarning("start-up did not finish");
+        return *m_window;
+    }
+
+    PoemPtr storedPoem(const QString &title, const QString &text = {})
+    {
+        PoemPtr poem = PoemFactory::makeNewPoem(m_store->viewContext(), QDateTime::currentDateTimeUtc().addDays(-1));
+        poem->setTitle(title);
+        poem->setTitleNormalized(title.toLower());
+        if (!text.isEmpty())
+            poem->setText(text);
+        if (!m_store->viewContext().save())
+            qWarning("could not store the sample poem");
+        return poem;
+    }
+
+private Q_SLOTS:
+    void initTestCase() { ApplicationSupport::setDirectory(m_dir.path()); }
+
+    void init()
+    {
+        QFile::remove(ApplicationSupport::preferencesPath());
+        QFile::remove(storePath());
+        m_store = std::move(PersistenceController::open(storePath()).value());
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        m_store.reset();
+    }
+
+    void writeFindTrashAndRestoreAPoem()
+    {
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter"));
+        MainWindow &window = openWindow();
+        QCOMPARE(listedTitles(window), QStringList{"Herbst"});
+
+        // Ctrl+N: a new poem, selected, in writer mode with the title to type.
+        QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
+        QVERIFY(window.isWriterModeActive());
+        QVERIFY(window.listPane()->isHidden());
+        QVERIFY(window.toolBar()->isHidden());
+        QLineEdit *title = window.detailView()->titleField();
+        QTRY_VERIFY(title->hasFocus());
+        QTest::keyClicks(title, QStringLiteral("Abendlied"));
+        QCOMPARE(window.detailView()->saveStatus(), QStringLiteral("Gespeichert"));
+        auto *body = window.detailView()->findChild<QPlainTextEdit *>(QStringLiteral("poemText"));
+        QTest::keyClicks(body, QStringLiteral("Der Mond ist aufgegangen"));
+        const PoemPtr poem = window.selectedPoem();
+        QCOMPARE(poem->title(), std::optional<QString>(QStringLiteral("Abendlied")));
+        QCOMPARE(poem->titleNormalized(), std::optional<QString>(QStringLiteral("abendlied")));
+        QCOMPARE(poem->text(), std::optional<QString>(QStringLiteral("Der Mond ist aufgegangen")));
+        QVERIFY(!m_store->viewContext().hasChanges());
+
+        QTest::keyClick(&window, Qt::Key_Escape);
+        QVERIFY(!window.isWriterModeActive());
+        QVERIFY(window.listPane()->isVisible());
+        QVERIFY(window.toolBar()->isVisible());
+        QCOMPARE(listedTitles(window), (QStringList{"Abendlied", "Herbst"}));
+
+        // Search: the text is only found in mode "Alles", which is remembered.
+        QLineEdit *search = window.listPane()->searchField();
+        QTest::keyClicks(search, QStringLiteral("mond"));
+        QCOMPARE(listedTitles(window), QStringList{});
+        auto *mode = window.listPane()->findChild<QComboBox *>(QStringLiteral("searchModePicker"));
+        mode->setCurrentIndex(mode->findText(QStringLiteral("Alles")));
+        Q_EMIT mode->activated(mode->currentIndex());
+        QCOMPARE(listedTitles(window), QStringList{"Abendlied"});
+        auto *summary = window.listPane()->findChild<QLabel *>(QStringLiteral("resultSummary"));
+        QCOMPARE(summary->text(), QStringLiteral("1 von 2 Gedicht gefunden"));
+        QCOMPARE(AppPreferences::searchMode(), std::optional<QString>(QStringLiteral("Alles")));
+        QVERIFY(!AppPreferences::searchTitleOnly());
+
+        // To the trash from the detail pane; the status line tells it.
+        auto *trashButton = window.detailView()->findChild<QPushButton *>(QStringLiteral("trashPoemButton"));
+        QTest::mouseClick(trashButton, Qt::LeftButton);
+        QCOMPARE(window.statusText(), QStringLiteral("Gedicht in den Papierkorb verschoben: Abendlied"));
+        QCOMPARE(window.sidebar()->statusPanel()->status(), window.statusText());
+        QVERIFY(poem->isInTrash());
+        QCOMPARE(listedTitles(window), QStringList{});
+        QCOMPARE(window.sidebar()->trashButton()->text(), QStringLiteral("1 im Papierkorb"));
+
+        // Restore it from the trash dialog.
+        QTest::keySequence(search, QKeySequence::SelectAll);
+        QTest::keyClick(search, Qt::Key_Delete);
+        whenModal<TrashDialog>([](TrashDialog *dialog) {
+            auto *restore = dialog->findChild<QPushButton *>(QStringLiteral("restoreButton"));
+            QTest::mouseClick(restore, Qt::LeftButton);
+            dialog->reject();
+        });
+        QTest::mouseClick(window.sidebar()->trashButton(), Qt::LeftButton);
+        QCOMPARE(window.statusText(), QStringLiteral("Gedicht wiederhergestellt: Abendlied"));
+        QVERIFY(!poem->isInTrash());
+        QCOMPARE(listedTitles(window), (QStringList{"Abendlied", "Herbst"}));
+        QCOMPARE(window.sidebar()->trashButton()->text(), QStringLiteral("0 im Papierkorb"));
+    }
+
+    void listKeyboardAndContextActions()
+    {
+        storedPoem(QStringLiteral("Eins"));
+        storedPoem(QStringLiteral("Zwei"));
+        MainWindow &window = openWindow();
+        QListView *list = window.listPane()->listView();
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_Down);
+        QTRY_VERIFY(window.selectedPoem());
+        const QString first = *window.selectedPoem()->title();
+        QCOMPARE(window.detailView()->titleField()->text(), first);
+
+        QTest::keyClick(&window, Qt::Key_D, Qt::ControlModifier);
+        QCOMPARE(window.statusText(), QStringLiteral("Gedicht dupliziert: %1 Kopie").arg(first));
+        QCOMPARE(*window.selectedPoem()->title(), first + QStringLiteral(" Kopie"));
+        QCOMPARE(listedTitles(window).first(), first + QStringLiteral(" Kopie"));
+
+        // Delete in the list trashes the selected poem and selects the next one.
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_Delete);
+        QCOMPARE(window.statusText(), QStringLiteral("Gedicht in den Papierkorb verschoben: %1 Kopie").arg(first));
+        QCOMPARE(listedTitles(window).size(), 2);
+        QVERIFY(window.selectedPoem());
+        QVERIFY(!window.selectedPoem()->isInTrash());
+    }
+
+    void startUpRunsItsStepsInOrder()
+    {
+        m_window = std::make_unique<MainWindow>(m_store->viewContext());
+        QStringList steps;
+        m_window->setPendingImportUndoCheck([&steps] {
+            steps.append(QStringLiteral("undo"));
+            return true;
+        });
+        m_window->setImportReportCheck([&steps] {
+            steps.append(QStringLiteral("report"));
+            return false;
+        });
+        connect(m_window.get(), &MainWindow::dailyBackupDue, this,
+                [&steps] { steps.append(QStringLiteral("backup")); });
+        QSignalSpy started(m_window.get(), &MainWindow::startUpFinished);
+        m_window->show();
+        QVERIFY(started.wait(5000));
+        QCOMPARE(steps, (QStringList{"undo", "report", "backup"}));
+        QVERIFY(m_window->hasPendingTextImportUndo());
+        QVERIFY(!m_window->hasImportReport());
+
+        // Shown again later, the start-up does not run twice.
+        m_window->hide();
+        m_window->show();
+        QTest::qWait(50);
+        QCOMPARE(steps.size(), 3);
+    }
+
+    void statusPanelIntegration()
+    {
+        MainWindow &window = openWindow();
+        StatusPanel *panel = window.sidebar()->statusPanel();
+        auto *reveal = panel->findChild<QPushButton *>();
+        QVERIFY(reveal->isHidden());
+        window.setLastWrittenFile(m_dir.filePath(QStringLiteral("OdeLeaf-Backup.json")));
+        QVERIFY(!reveal->isHidden());
+        QCOMPARE(reveal->text(), QStringLiteral("Im Dateimanager zeigen"));
+        window.setLastWrittenFile(QString());
+        QVERIFY(reveal->isHidden());
+
+        QVERIFY(!window.isBusy());
+        window.setBusy(true);
+        QVERIFY(!panel->findChild<QProgressBar *>()->isHidden());
+        window.setBusy(false);
+        QVERIFY(!window.isBusy());
+
+        QSignalSpy changed(&window, &MainWindow::statusChanged);
+        window.setStatus(QStringLiteral("Sicherung erstellt: 2 Gedichte gespeichert. Datei: x.json"));
+        window.setStatus(QStringLiteral("Zweite Meldung"));
+        QCOMPARE(panel->status(), QStringLiteral("Zweite Meldung"));
+        QCOMPARE(changed.size(), 2);
+
+        const QList<QLabel *> headings = window.sidebar()->findChildren<QLabel *>(QStringLiteral("sectionHeading"));
+        const auto actionsHeading = std::find_if(headings.begin(), headings.end(), [](QLabel *label) {
+            return label->text() == QStringLiteral("Aktionen");
+        });
+        QVERIFY(actionsHeading != headings.end());
+        QVERIFY((*actionsHeading)->isHidden());
+        auto *backup = new QAction(QStringLiteral("Sicherung erstellen"), &window);
+        window.addSidebarAction(backup);
+        QVERIFY(!(*actionsHeading)->isHidden());
+    }
+
+    void failedDetailSaveIsReportedAndNotClaimed()
+    {
+        PoemPtr poem = storedPoem(QStringLiteral("Fest"));
+        MainWindow &window = openWindow();
+        window.selectPoem(poem);
+        executeOnStore(storePath(),
+                       "CREATE TRIGGER refuse BEFORE UPDATE ON poem BEGIN SELECT RAISE(ABORT, 'voll'); END");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^apply/save failed: .*voll")));
+        QTest::keyClicks(window.detailView()->titleField(), QStringLiteral("!"));
+        QVERIFY(window.detailView()->saveStatus() != QStringLiteral("Gespeichert"));
+        QVERIFY(window.detailView()->saveStatus().contains(QStringLiteral("voll")));
+        // The edit stays in memory for the next save.
+        QCOMPARE(*poem->title(), QStringLiteral("Fest!"));
+        QVERIFY(m_store->viewContext().hasChanges());
+    }
+
+    void quittingSavesOrKeepsRunning()
+    {
+        PoemPtr poem = storedPoem(QStringLiteral("Vorher"));
+        MainWindow &window = openWindow();
+        poem->setTitle(QStringLiteral("Nachher"));
+        executeOnStore(storePath(),
+                       "CREATE TRIGGER refuse BEFORE UPDATE ON poem BEGIN SELECT RAISE(ABORT, 'voll'); END");
+        QString shownError;
+        whenModal<QMessageBox>([&shownError](QMessageBox *box) {
+            shownError = box->text();
+            box->accept();
+        });
+        QVERIFY(!window.close());
+        QVERIFY(shownError.contains(QStringLiteral("voll")));
+        QVERIFY(window.isVisible());
+        QVERIFY(m_store->viewContext().hasChanges());
+
+        executeOnStore(storePath(), "DROP TRIGGER refuse");
+        QVERIFY(window.close());
+        QVERIFY(!m_store->viewContext().hasChanges());
+        auto reopened = PersistenceController::open(storePath());
+        QCOMPARE(*reopened.value()->viewContext().fetch().first()->title(), QStringLiteral("Nachher"));
+    }
+
+    void updateCommandIsOffWhileACheckRuns()
+    {
+        LoopbackHttpServer server;
+        QVERIFY(server.listen());
+        server.setResponse(QStringLiteral("/feed.xml"),
+                           {200,
+                            "<rss><channel><item><title>OdeLeaf 9.0</title><enclosure url=\"https://example.org/9\"/>"
+                            "</item></channel></rss>",
+                            true});
+        UpdateManager updates(server.url(QStringLiteral("/feed.xml")), QVersionNumber(1, 0));
+        MainWindow &window = openWindow();
+        window.setUpdateManager(&updates);
+        QAction *check = nullptr;
+        for (QAction *action : window.helpMenu()->actions()) {
+            if (action->text() == QStringLiteral("Nach Updates suchen…"))
+                check = action;
+        }
+        QVERIFY(check);
+        QVERIFY(check->isEnabled());
+        check->trigger();
+        QVERIFY(!check->isEnabled());
+        QString shown;
+        whenModal<QMessageBox>([&shown](QMessageBox *box) {
+            shown = box->text();
+            box->reject();
+        });
+        QTRY_COMPARE(server.requestCount(), 1);
+        server.release();
+        QTRY_VERIFY(check->isEnabled());
+        QCOMPARE(shown, QStringLiteral("OdeLeaf 9.0 ist verfügbar."));
+    }
+
+    void trashDialogEmptiesAfterConfirmation()
+    {
+        PoemPtr only = storedPoem(QStringLiteral("Allein"));
+        only->setDeletedAt(QDateTime::currentDateTimeUtc());
+        QVERIFY(m_store->viewContext().save().ok());
+        QStringList statuses;
+        int changes = 0;
+        TrashDialog dialog(
+            m_store->viewContext(), [&statuses](const QString &status) { statuses.append(status); },
+            [&changes] { ++changes; });
+        auto *empty = dialog.findChild<QPushButton *>(QStringLiteral("emptyTrashButton"));
+        QCOMPARE(dialog.shownCount(), 1);
+        QVERIFY(!empty->isHidden());
+
+        QStringList asked;
+        dialog.confirm = [&asked](const QString &title, const QString &, const QString &confirmText) {
+            asked << title << confirmText;
+            return false;
+        };
+        QTest::mouseClick(empty, Qt::LeftButton);
+        QCOMPARE(asked, (QStringList{"Papierkorb leeren?", "Papierkorb endgültig leeren"}));
+        QCOMPARE(dialog.shownCount(), 1);
+        QVERIFY(statuses.isEmpty());
+
+        dialog.confirm = [](const QString &, const QString &, const QString &) { return true; };
+        QTest::mouseClick(empty, Qt::LeftButton);
+        QCOMPARE(statuses, QStringList{"Papierkorb geleert: 1 Gedicht endgültig gelöscht."});
+        QCOMPARE(changes, 1);
+        QCOMPARE(dialog.shownCount(), 0);
+        QVERIFY(empty->isHidden());
+        QCOMPARE(m_store->viewContext().fetch().size(), 0);
+    }
+};
+
+QTEST_MAIN(MainWindowTest)
+#include "tst_mainwindow.moc"
