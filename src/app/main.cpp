@@ -1,5 +1,6 @@
 #include "app/UpdateManager.h"
 #include "app/gui/AppIcon.h"
+#include "app/gui/ArchiveOperations.h"
 #include "app/gui/MainWindow.h"
 #include "app/gui/ThemeIcon.h"
 #include "archive/AppPreferences.h"
@@ -50,6 +51,7 @@ int main(int argc, char **argv)
     UpdateManager updates;
     MainWindow window(PersistenceController::shared().viewContext());
     window.setUpdateManager(&updates);
+    new ArchiveOperations(window);
     window.show();
     // The automatic update check waits until the window has settled.
     QTimer::singleShot(3000, &updates, &UpdateManager::start);

@@ -2,6 +2,7 @@
 #include "StoreFaults.h"
 
 #include "app/UpdateManager.h"
+#include "app/gui/ArchiveOperations.h"
 #include "app/gui/LibrarySidebar.h"
 #include "app/gui/MainWindow.h"
 #include "app/gui/PoemDetailView.h"
@@ -14,10 +15,12 @@
 #include "archive/PersistenceController.h"
 #include "archive/PoemFactory.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -261,6 +264,31 @@ private Q_SLOTS:
         auto *backup = new QAction(QStringLiteral("Sicherung erstellen"), &window);
         window.addSidebarAction(backup);
         QVERIFY(!(*actionsHeading)->isHidden());
+    }
+
+    void operationsReportIntoTheWindowAndTheDailyBackupRunsAtStart()
+    {
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter"));
+        m_window = std::make_unique<MainWindow>(m_store->viewContext());
+        new ArchiveOperations(*m_window);
+        QSignalSpy started(m_window.get(), &MainWindow::startUpFinished);
+        m_window->show();
+        QVERIFY(started.wait(5000));
+
+        QStringList labels;
+        for (auto *button : m_window->sidebar()->findChildren<QAbstractButton *>())
+            labels.append(button->text());
+        for (const char *label : {"Backup erstellen", "Wiederherstellen", "Ordner scan"})
+            QVERIFY2(labels.contains(QString::fromUtf8(label)), label);
+
+        // A fresh installation writes the daily safety backup at once and says so.
+        const QString status = m_window->sidebar()->statusPanel()->status();
+        QVERIFY2(status.startsWith(
+                     QStringLiteral("Automatische Tagessicherung erstellt: 1 Gedichte gespeichert. Datei: daily-")),
+                 qPrintable(status));
+        QCOMPARE(
+            QDir(m_dir.filePath(QStringLiteral("Safety Backups"))).entryList({QStringLiteral("daily-*.json")}).size(),
+            1);
     }
 
     void failedDetailSaveIsReportedAndNotClaimed()
