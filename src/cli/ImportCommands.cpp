@@ -2,20 +2,15 @@
 #include "backup/ArchiveJson.h"
 #include "cli/CliCommand.h"
 #include "cli/CliInvocation.h"
+#include "cli/CliTexts.h"
 #include "import/FolderScan.h"
 #include "import/IsolatedDocumentExtractor.h"
 #include "import/PoemSnapshot.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QJsonArray>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("odeleaf-cli", text);
-}
 
 int runExtract(CliInvocation &cli)
 {
@@ -38,7 +33,7 @@ int runScan(CliInvocation &cli)
         return cli.usageError({});
     const QString folder = cli.positional().at(0);
     if (!QFileInfo(folder).isDir())
-        return cli.fail(tr("Ordner nicht gefunden: %1").arg(folder));
+        return cli.fail(CliTexts::tr("Ordner nicht gefunden: %1").arg(folder));
     ArchiveContext *context = cli.archive();
     if (!context)
         return 1;

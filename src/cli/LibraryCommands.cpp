@@ -4,18 +4,13 @@
 #include "backup/ArchiveJson.h"
 #include "cli/CliCommand.h"
 #include "cli/CliInvocation.h"
+#include "cli/CliTexts.h"
 #include "cli/PoemLookup.h"
 
-#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonObject>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("odeleaf-cli", text);
-}
 
 QJsonObject rowJson(const PoemRow &row)
 {
@@ -126,7 +121,7 @@ int runList(CliInvocation &cli)
 int reportListAction(CliInvocation &cli, const LibraryBrowser::ActionOutcome &outcome)
 {
     if (!outcome.saveError.isEmpty())
-        return cli.fail(tr("Speichern fehlgeschlagen: %1").arg(outcome.saveError));
+        return cli.fail(CliTexts::tr("Speichern fehlgeschlagen: %1").arg(outcome.saveError));
     cli.print(outcome.statusText);
     return 0;
 }
@@ -148,12 +143,13 @@ int runLivePoemAction(CliInvocation &cli, const QString &inTrashText,
 
 int runDuplicate(CliInvocation &cli)
 {
-    return runLivePoemAction(cli, tr("Gedicht liegt im Papierkorb: %1"), &LibraryBrowser::duplicatePoem);
+    return runLivePoemAction(cli, CliTexts::tr("Gedicht liegt im Papierkorb: %1"), &LibraryBrowser::duplicatePoem);
 }
 
 int runTrash(CliInvocation &cli)
 {
-    return runLivePoemAction(cli, tr("Gedicht liegt bereits im Papierkorb: %1"), &LibraryBrowser::moveToTrash);
+    return runLivePoemAction(cli, CliTexts::tr("Gedicht liegt bereits im Papierkorb: %1"),
+                             &LibraryBrowser::moveToTrash);
 }
 
 int runTrashList(CliInvocation &cli)
@@ -187,7 +183,7 @@ PoemPtr findTrashedPoem(CliInvocation &cli)
 {
     const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
     if (poem && !poem->isInTrash()) {
-        cli.fail(tr("Gedicht liegt nicht im Papierkorb: %1").arg(cli.positional().at(0)));
+        cli.fail(CliTexts::tr("Gedicht liegt nicht im Papierkorb: %1").arg(cli.positional().at(0)));
         return nullptr;
     }
     return poem;

@@ -1,31 +1,25 @@
 #include "import/DocxPackage.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 #include <zip.h>
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DocxPackage", text);
-}
-
 QString openFailureText(int code)
 {
     switch (code) {
     case ZIP_ER_NOENT:
-        return tr("Die Datei wurde nicht gefunden.");
+        return DocxPackage::tr("Die Datei wurde nicht gefunden.");
     case ZIP_ER_OPEN:
     case ZIP_ER_READ:
-        return tr("Die Datei konnte nicht gelesen werden.");
+        return DocxPackage::tr("Die Datei konnte nicht gelesen werden.");
     case ZIP_ER_NOZIP:
-        return tr("Die Datei ist kein DOCX-Dokument.");
+        return DocxPackage::tr("Die Datei ist kein DOCX-Dokument.");
     case ZIP_ER_MEMORY:
-        return tr("Nicht genug Speicher zum Lesen der Datei.");
+        return DocxPackage::tr("Nicht genug Speicher zum Lesen der Datei.");
     default:
-        return tr("Das DOCX-Paket ist beschädigt.");
+        return DocxPackage::tr("Das DOCX-Paket ist beschädigt.");
     }
 }
 

@@ -3,6 +3,7 @@
 #include "archive/Result.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
 
 #include <memory>
@@ -12,6 +13,8 @@ struct zip;
 // Read access to the parts of a DOCX (a ZIP package). Every part is read with a size cap,
 // so a small file that inflates to gigabytes stops at the cap instead of filling memory.
 class DocxPackage {
+    Q_DECLARE_TR_FUNCTIONS(DocxPackage)
+
 public:
     static constexpr qint64 maximumPartSize = 32 * 1024 * 1024;
 

@@ -2,18 +2,12 @@
 
 #include "import/DocxPackage.h"
 
-#include <QCoreApplication>
 #include <QHash>
 #include <QXmlStreamReader>
 
 #include <optional>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DocxTextReader", text);
-}
 
 const QString documentPart = QStringLiteral("word/document.xml");
 const QString stylesPart = QStringLiteral("word/styles.xml");
@@ -197,7 +191,9 @@ ParagraphProperties readParagraphProperties(QXmlStreamReader &xml)
 
 QString xmlFailureText(const QXmlStreamReader &xml)
 {
-    return tr("Das Dokument-XML ist fehlerhaft (Zeile %1): %2").arg(xml.lineNumber()).arg(xml.errorString());
+    return DocxTextReader::tr("Das Dokument-XML ist fehlerhaft (Zeile %1): %2")
+        .arg(xml.lineNumber())
+        .arg(xml.errorString());
 }
 
 // A DTD has no business in a DOCX part; refusing it rules out entity expansion tricks.
@@ -205,7 +201,7 @@ bool refuseDtd(QXmlStreamReader &xml)
 {
     if (xml.tokenType() != QXmlStreamReader::DTD)
         return false;
-    xml.raiseError(tr("Dokumenttypdefinitionen werden nicht gelesen."));
+    xml.raiseError(DocxTextReader::tr("Dokumenttypdefinitionen werden nicht gelesen."));
     return true;
 }
 

@@ -1,16 +1,5 @@
 #include "import/ExtractError.h"
 
-#include <QCoreApplication>
-
-namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ExtractError", text);
-}
-
-} // namespace
-
 ExtractError ExtractError::unsupportedExtension(const QString &extension)
 {
     return {Kind::unsupportedExtension, extension};
@@ -35,9 +24,9 @@ QString ExtractError::description() const
 {
     switch (m_kind) {
     case Kind::unsupportedExtension:
-        return tr("Nicht unterstütztes Dateiformat: ") + m_detail;
+        return tr("Nicht unterstütztes Dateiformat: %1").arg(m_detail);
     case Kind::failed:
-        return tr("Extraktion fehlgeschlagen: ") + m_detail;
+        return tr("Extraktion fehlgeschlagen: %1").arg(m_detail);
     case Kind::emptyText:
         return tr("Kein Text extrahiert (leer).");
     case Kind::pdfKitUnavailable:

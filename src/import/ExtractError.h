@@ -2,10 +2,13 @@
 
 #include "archive/Result.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 // Why a document gave no text, with the sentence the import shows for it.
 class ExtractError {
+    Q_DECLARE_TR_FUNCTIONS(ExtractError)
+
 public:
     enum class Kind { unsupportedExtension, failed, emptyText, pdfKitUnavailable };
 

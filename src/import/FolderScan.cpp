@@ -3,15 +3,9 @@
 #include "import/DocumentBatchImporter.h"
 #include "import/FolderScanner.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("FolderScan", text);
-}
 
 QString seconds(double value)
 {
@@ -27,7 +21,7 @@ double secondsSince(const QElapsedTimer &timer)
 
 QString FolderScanOutcome::summary() const
 {
-    return tr("Scan: %1 | Proposals: %2 | Scan %3s | Map %4s | Match %5s")
+    return FolderScan::tr("Scan: %1 | Proposals: %2 | Scan %3s | Map %4s | Match %5s")
         .arg(scannedFilesCount)
         .arg(proposals.size())
         .arg(seconds(scanSeconds), seconds(mapSeconds), seconds(matchSeconds));

@@ -3,6 +3,7 @@
 #include "import/ImportProposal.h"
 #include "matching/PoemSnapshotEntry.h"
 
+#include <QCoreApplication>
 #include <QList>
 #include <QString>
 
@@ -26,6 +27,8 @@ struct FolderScanOutcome {
 // each stage. Touches no archive object, so it runs on a worker thread; the snapshot is
 // taken by the caller on the main thread.
 class FolderScan {
+    Q_DECLARE_TR_FUNCTIONS(FolderScan)
+
 public:
     using StatusReporter = std::function<void(const QString &)>;
 

@@ -1,16 +1,5 @@
 #include "import/ImportReviewOptions.h"
 
-#include <QCoreApplication>
-
-namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ImportReviewOptions", text);
-}
-
-} // namespace
-
 QString ImportReviewOptions::importDOCXLabel()
 {
     return tr("DOCX importieren");

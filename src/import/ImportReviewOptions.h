@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 // The import settings of the review screen; a fresh set every time the review opens.
@@ -24,4 +25,6 @@ struct ImportReviewOptions {
     static QString timeoutDOCXText(int seconds);
     static QString timeoutPDFText(int seconds);
     static QString pdfRuleHint();
+
+    Q_DECLARE_TR_FUNCTIONS(ImportReviewOptions)
 };

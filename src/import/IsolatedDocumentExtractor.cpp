@@ -20,11 +20,6 @@ constexpr qsizetype frameHeaderSize = 4;
 // Far above any poem; a reply claiming more is garbage.
 constexpr quint32 maximumReplySize = 512u * 1024 * 1024;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("IsolatedDocumentExtractor", text);
-}
-
 IsolatedExtraction failure(const QString &message, bool timedOut = false)
 {
     return {Error(ExtractError::failed(message)), timedOut};
@@ -32,17 +27,18 @@ IsolatedExtraction failure(const QString &message, bool timedOut = false)
 
 IsolatedExtraction timeoutFailure(int timeoutMilliseconds)
 {
-    return failure(tr("Zeitüberschreitung nach %1 s").arg((timeoutMilliseconds + 999) / 1000), true);
+    return failure(
+        IsolatedDocumentExtractor::tr("Zeitüberschreitung nach %1 s").arg((timeoutMilliseconds + 999) / 1000), true);
 }
 
 IsolatedExtraction abortedFailure()
 {
-    return failure(tr("Das Lesen des Dokuments wurde unerwartet abgebrochen."));
+    return failure(IsolatedDocumentExtractor::tr("Das Lesen des Dokuments wurde unerwartet abgebrochen."));
 }
 
 QString missingHelperText(const QString &program)
 {
-    return tr("Das Hilfsprogramm zum Lesen fehlt: %1").arg(program);
+    return IsolatedDocumentExtractor::tr("Das Hilfsprogramm zum Lesen fehlt: %1").arg(program);
 }
 
 void configure(QProcess &process, const QString &program, const QStringList &arguments)

@@ -4,6 +4,7 @@
 #include "import/ExtractedDocument.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -26,6 +27,8 @@ struct IsolatedExtraction {
 // One instance serves a whole import from one thread and keeps its helper running between
 // files, so a folder of documents does not pay a process start per file.
 class IsolatedDocumentExtractor {
+    Q_DECLARE_TR_FUNCTIONS(IsolatedDocumentExtractor)
+
 public:
     static constexpr int defaultDOCXTimeoutSeconds = 8;
     static constexpr int defaultPDFTimeoutSeconds = 15;
