@@ -1,4 +1,1480 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="de_DE">
+<context>
+    <name>AboutDialog</name>
+    <message>
+        <source>Über OdeLeaf</source>
+        <translation>About OdeLeaf</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Eine Schreib- und Verwaltungsapp für Gedichte.</source>
+        <translation>An app for writing and managing poems.</translation>
+    </message>
+</context>
+<context>
+    <name>ApplicationSupport</name>
+    <message>
+        <source>Ordner konnte nicht angelegt werden: %1</source>
+        <translation>Could not create folder: %1</translation>
+    </message>
+</context>
+<context>
+    <name>BackupActions</name>
+    <message>
+        <source>Backup erstellen</source>
+        <translation>Create Backup</translation>
+    </message>
+    <message>
+        <source>Alle Gedichte einschließlich Papierkorb in eine Backup-Datei sichern</source>
+        <translation>Save all poems, including the Trash, to a backup file</translation>
+    </message>
+    <message>
+        <source>Wiederherstellen</source>
+        <translation>Restore</translation>
+    </message>
+    <message>
+        <source>Gedichte aus einer Backup-Datei ergänzen oder aktualisieren</source>
+        <translation>Add or update poems from a backup file</translation>
+    </message>
+    <message>
+        <source>OdeLeaf-Backup speichern</source>
+        <translation>Save OdeLeaf Backup</translation>
+    </message>
+    <message>
+        <source>JSON-Dateien (*.json)</source>
+        <translation>JSON Files (*.json)</translation>
+    </message>
+    <message>
+        <source>OdeLeaf-Backup auswählen</source>
+        <translation>Choose OdeLeaf Backup</translation>
+    </message>
+    <message>
+        <source>JSON-Dateien (*.json);;Alle Dateien (*)</source>
+        <translation>JSON Files (*.json);;All Files (*)</translation>
+    </message>
+</context>
+<context>
+    <name>BackupEncoder</name>
+    <message>
+        <source>Schreiben fehlgeschlagen: %1</source>
+        <translation>Writing failed: %1</translation>
+    </message>
+</context>
+<context>
+    <name>BackupExporter</name>
+    <message>
+        <source>Der Ordner „%1“ konnte nicht angelegt werden.</source>
+        <translation>The folder “%1” could not be created.</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ konnte nicht geschrieben werden: %2</source>
+        <translation>The file “%1” could not be written: %2</translation>
+    </message>
+</context>
+<context>
+    <name>BackupReader</name>
+    <message>
+        <source>Die Datei ist kein gültiges JSON: %1.</source>
+        <translation>The file is not valid JSON: %1.</translation>
+    </message>
+    <message>
+        <source>Gedicht %1: %2</source>
+        <translation>Poem %1: %2</translation>
+    </message>
+    <message>
+        <source>Feld „%1“ hat einen ungültigen Typ (erwartet: %2).</source>
+        <translation>Field “%1” has an invalid type (expected: %2).</translation>
+    </message>
+    <message>
+        <source>Pflichtfeld „%1“ fehlt.</source>
+        <translation>Required field “%1” is missing.</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>text</translation>
+    </message>
+    <message>
+        <source>Wahrheitswert</source>
+        <translation>true or false</translation>
+    </message>
+    <message>
+        <source>ganze Zahl</source>
+        <translation>whole number</translation>
+    </message>
+    <message>
+        <source>Feld „%1“ enthält kein gültiges Datum: „%2“ (erwartet wird die Form 2026-11-14T21:03:47Z).</source>
+        <translation>Field “%1” does not contain a valid date: “%2” (expected the form 2026-11-14T21:03:47Z).</translation>
+    </message>
+    <message>
+        <source>Feld „id“ ist keine gültige UUID: „%1“.</source>
+        <translation>Field “id” is not a valid UUID: “%1”.</translation>
+    </message>
+    <message>
+        <source>Base64-Text</source>
+        <translation>Base64 text</translation>
+    </message>
+    <message>
+        <source>Feld „%1“ ist kein gültiges Base64.</source>
+        <translation>Field “%1” is not valid Base64.</translation>
+    </message>
+    <message>
+        <source>Der Eintrag ist kein JSON-Objekt.</source>
+        <translation>The entry is not a JSON object.</translation>
+    </message>
+    <message>
+        <source>Liste</source>
+        <translation>list</translation>
+    </message>
+    <message>
+        <source>Die Datei enthält kein Backup: Das Dokument ist kein JSON-Objekt.</source>
+        <translation>The file does not contain a backup: the document is not a JSON object.</translation>
+    </message>
+    <message>
+        <source>„%1“ ist ein Ordner, keine Backup-Datei.</source>
+        <translation>“%1” is a folder, not a backup file.</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ konnte nicht geöffnet werden: %2</source>
+        <translation>The file “%1” could not be opened: %2</translation>
+    </message>
+    <message>
+        <source>Die Datei ist mit %1 MB zu groß für ein Backup.</source>
+        <translation>At %1 MB, the file is too large for a backup.</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ konnte nicht gelesen werden: %2</source>
+        <translation>The file “%1” could not be read: %2</translation>
+    </message>
+    <message>
+        <source>Die Datei ist leer.</source>
+        <translation>The file is empty.</translation>
+    </message>
+    <message>
+        <source>Die Datei ist nicht UTF-8-kodiert (UTF-16 erkannt).</source>
+        <translation>The file is not UTF-8 encoded (UTF-16 detected).</translation>
+    </message>
+</context>
+<context>
+    <name>BackupRestoreDialog</name>
+    <message>
+        <source>Backup wiederherstellen</source>
+        <translation>Restore Backup</translation>
+    </message>
+    <message>
+        <source>%1 · erstellt am %2</source>
+        <translation>%1 · created %2</translation>
+    </message>
+    <message>
+        <source>würden ergänzt</source>
+        <translation>would be added</translation>
+    </message>
+    <message>
+        <source>würden geändert</source>
+        <translation>would be updated</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n im Papierkorb</source>
+        <translation>
+            <numerusform>%n in the Trash</numerusform>
+            <numerusform>%n in the Trash</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Vor jeder Wiederherstellung legt OdeLeaf automatisch eine Sicherheitskopie deines aktuellen Archivs an.</source>
+        <translation>Before every restore, OdeLeaf automatically makes a safety copy of your current archive.</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Sicherheitskopie erstellen</source>
+        <translation>Create Safety Copy</translation>
+    </message>
+</context>
+<context>
+    <name>BackupStatus</name>
+    <message numerus="yes">
+        <source>Sicherung erstellt: %n Gedichte gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Backup created: %n poem saved. File: %1</numerusform>
+            <numerusform>Backup created: %n poems saved. File: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Sicherung konnte nicht erstellt werden: %1</source>
+        <translation>Backup could not be created: %1</translation>
+    </message>
+    <message>
+        <source>Backup abgebrochen.</source>
+        <translation>Backup canceled.</translation>
+    </message>
+    <message>
+        <source>Backup-Wiederherstellung abgebrochen.</source>
+        <translation>Backup restore canceled.</translation>
+    </message>
+    <message>
+        <source>Backup konnte nicht gelesen werden: %1</source>
+        <translation>Backup could not be read: %1</translation>
+    </message>
+    <message>
+        <source>Wiederherstellung abgeschlossen: %1 neu ergänzt, %2 aktualisiert. Sicherheitskopie: %3</source>
+        <translation>Restore complete: %1 added, %2 updated. Safety copy: %3</translation>
+    </message>
+    <message>
+        <source>Wiederherstellung abgebrochen: Die Sicherheitskopie oder das Einspielen ist fehlgeschlagen (%1)</source>
+        <translation>Restore canceled: the safety copy or the restore itself failed (%1)</translation>
+    </message>
+    <message numerus="yes">
+        <source>Automatische Tagessicherung erstellt: %n Gedichte gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Automatic daily backup created: %n poem saved. File: %1</numerusform>
+            <numerusform>Automatic daily backup created: %n poems saved. File: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Automatische Tagessicherung fehlgeschlagen: %1</source>
+        <translation>Automatic daily backup failed: %1</translation>
+    </message>
+</context>
+<context>
+    <name>CategoryFilter</name>
+    <message>
+        <source>Ohne Kategorie</source>
+        <translation>Uncategorized</translation>
+    </message>
+</context>
+<context>
+    <name>CliTexts</name>
+    <message>
+        <source>Datei konnte nicht gelesen werden: %1</source>
+        <translation>Could not read file: %1</translation>
+    </message>
+    <message>
+        <source>Speichern fehlgeschlagen: %1</source>
+        <translation>Saving failed: %1</translation>
+    </message>
+    <message>
+        <source>Gespeichert</source>
+        <translation>Saved</translation>
+    </message>
+    <message>
+        <source>Gedicht nicht gefunden: %1</source>
+        <translation>Poem not found: %1</translation>
+    </message>
+    <message>
+        <source>Ordner nicht gefunden: %1</source>
+        <translation>Folder not found: %1</translation>
+    </message>
+    <message>
+        <source>Gedicht liegt im Papierkorb: %1</source>
+        <translation>Poem is in the Trash: %1</translation>
+    </message>
+    <message>
+        <source>Gedicht liegt bereits im Papierkorb: %1</source>
+        <translation>Poem is already in the Trash: %1</translation>
+    </message>
+    <message>
+        <source>Gedicht liegt nicht im Papierkorb: %1</source>
+        <translation>Poem is not in the Trash: %1</translation>
+    </message>
+</context>
+<context>
+    <name>DocxPackage</name>
+    <message>
+        <source>Die Datei ist leer.</source>
+        <translation>The file is empty.</translation>
+    </message>
+    <message>
+        <source>Im DOCX-Paket fehlt der Teil %1.</source>
+        <translation>The DOCX package is missing the part %1.</translation>
+    </message>
+    <message>
+        <source>Der Teil %1 ist zu groß (über %2 MB entpackt).</source>
+        <translation>The part %1 is too large (over %2 MB uncompressed).</translation>
+    </message>
+    <message>
+        <source>Der Teil %1 konnte nicht geöffnet werden.</source>
+        <translation>The part %1 could not be opened.</translation>
+    </message>
+    <message>
+        <source>Das DOCX-Paket ist beschädigt.</source>
+        <translation>The DOCX package is damaged.</translation>
+    </message>
+    <message>
+        <source>Die Datei wurde nicht gefunden.</source>
+        <translation>The file was not found.</translation>
+    </message>
+    <message>
+        <source>Die Datei konnte nicht gelesen werden.</source>
+        <translation>The file could not be read.</translation>
+    </message>
+    <message>
+        <source>Die Datei ist kein DOCX-Dokument.</source>
+        <translation>The file is not a DOCX document.</translation>
+    </message>
+    <message>
+        <source>Nicht genug Speicher zum Lesen der Datei.</source>
+        <translation>Not enough memory to read the file.</translation>
+    </message>
+</context>
+<context>
+    <name>DocxTextReader</name>
+    <message>
+        <source>Die Datei ist kein Word-Dokument (word/document.xml fehlt).</source>
+        <translation>The file is not a Word document (word/document.xml is missing).</translation>
+    </message>
+    <message>
+        <source>Das Dokument-XML ist fehlerhaft (Zeile %1): %2</source>
+        <translation>The document XML is malformed (line %1): %2</translation>
+    </message>
+    <message>
+        <source>Dokumenttypdefinitionen werden nicht gelesen.</source>
+        <translation>Document type definitions are not read.</translation>
+    </message>
+</context>
+<context>
+    <name>ExtractError</name>
+    <message>
+        <source>Kein Text extrahiert (leer).</source>
+        <translation>No text extracted (empty).</translation>
+    </message>
+    <message>
+        <source>PDFKit nicht verfügbar.</source>
+        <translation>PDFKit not available.</translation>
+    </message>
+    <message>
+        <source>PDF konnte nicht geöffnet werden.</source>
+        <translation>PDF could not be opened.</translation>
+    </message>
+    <message>
+        <source>Nicht unterstütztes Dateiformat: %1</source>
+        <translation>Unsupported file format: %1</translation>
+    </message>
+    <message>
+        <source>Extraktion fehlgeschlagen: %1</source>
+        <translation>Extraction failed: %1</translation>
+    </message>
+</context>
+<context>
+    <name>FeedbackDialog</name>
+    <message>
+        <source>Feedback senden</source>
+        <translation>Send Feedback</translation>
+    </message>
+    <message>
+        <source>Ergänze den vorbereiteten Text und schicke ihn mit deinem E-Mail-Programm an %1. Er enthält Version und System, aber keine Gedichte.</source>
+        <translation>Complete the prepared text and send it to %1 with your email program. It includes the version and system, but no poems.</translation>
+    </message>
+    <message>
+        <source>Text kopieren</source>
+        <translation>Copy Text</translation>
+    </message>
+    <message>
+        <source>In E-Mail öffnen</source>
+        <translation>Open in Email</translation>
+    </message>
+    <message>
+        <source>Der Text liegt in der Zwischenablage.</source>
+        <translation>The text is on the clipboard.</translation>
+    </message>
+    <message>
+        <source>Kein E-Mail-Programm gefunden. Der Text liegt in der Zwischenablage; schicke ihn an %1.</source>
+        <translation>No email program found. The text is on the clipboard; send it to %1.</translation>
+    </message>
+    <message>
+        <source>Feedback zu OdeLeaf %1</source>
+        <translation>Feedback on OdeLeaf %1</translation>
+    </message>
+    <message>
+        <source>Hallo,
+
+mir ist in OdeLeaf Folgendes aufgefallen:
+
+
+So lässt es sich nachvollziehen:
+
+
+Das hätte ich erwartet:
+
+
+––
+OdeLeaf %1
+%2 (%3)
+Qt %4</source>
+        <translation>Hello,
+
+I noticed the following in OdeLeaf:
+
+
+How to reproduce it:
+
+
+What I expected:
+
+
+––
+OdeLeaf %1
+%2 (%3)
+Qt %4</translation>
+    </message>
+</context>
+<context>
+    <name>FolderScan</name>
+    <message>
+        <source>Ordner wird gescannt…</source>
+        <translation>Scanning folder…</translation>
+    </message>
+    <message>
+        <source>Snapshot der Gedichte…</source>
+        <translation>Taking a snapshot of the poems…</translation>
+    </message>
+    <message>
+        <source>Dateien sammeln…</source>
+        <translation>Collecting files…</translation>
+    </message>
+    <message>
+        <source>Dateien: %1 | Scan-Time: %2s | Mapping…</source>
+        <translation>Files: %1 | Scan time: %2s | Mapping…</translation>
+    </message>
+    <message>
+        <source>Dateien: %1 | Scan: %2s | Map: %3s | Matching…</source>
+        <translation>Files: %1 | Scan: %2s | Map: %3s | Matching…</translation>
+    </message>
+    <message>
+        <source>Scan: %1 | Proposals: %2 | Scan %3s | Map %4s | Match %5s</source>
+        <translation>Scan: %1 | Proposals: %2 | Scan %3s | Map %4s | Match %5s</translation>
+    </message>
+</context>
+<context>
+    <name>FolderScanController</name>
+    <message>
+        <source>Ordner scan</source>
+        <translation>Scan Folder</translation>
+    </message>
+    <message>
+        <source>Bilder-Ordner scan</source>
+        <translation>Scan Image Folder</translation>
+    </message>
+    <message>
+        <source>Texte aus einem Ordner mit DOCX- und PDF-Dateien den Gedichten zuordnen</source>
+        <translation>Match texts from a folder of DOCX and PDF files to the poems</translation>
+    </message>
+    <message>
+        <source>Bilder aus einem Ordner mit PNG- und JPEG-Dateien den Gedichten zuordnen</source>
+        <translation>Match images from a folder of PNG and JPEG files to the poems</translation>
+    </message>
+    <message>
+        <source>Ordner mit Bildern wählen</source>
+        <translation>Choose Image Folder</translation>
+    </message>
+    <message>
+        <source>Ordner mit Gedichttexten wählen</source>
+        <translation>Choose Folder with Poem Texts</translation>
+    </message>
+    <message>
+        <source>Ordner-Bookmark fehlgeschlagen: %1</source>
+        <translation>Folder bookmark failed: %1</translation>
+    </message>
+    <message>
+        <source>Der Ordner ist nicht mehr lesbar.</source>
+        <translation>The folder can no longer be read.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportProposalTableModel</name>
+    <message>
+        <source>— keine Zuordnung —</source>
+        <translation>— not assigned —</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1%</translation>
+    </message>
+    <message>
+        <source>(unbekannt)</source>
+        <translation>(unknown)</translation>
+    </message>
+    <message>
+        <source>Kein Vorschlag</source>
+        <translation>No suggestion</translation>
+    </message>
+    <message>
+        <source>Klicken, um die Zuordnung zu ändern</source>
+        <translation>Click to change the assignment</translation>
+    </message>
+    <message>
+        <source>Datei</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>Vorschlag</source>
+        <translation>Suggestion</translation>
+    </message>
+    <message>
+        <source>Score</source>
+        <translation>Score</translation>
+    </message>
+    <message>
+        <source>Zuordnung</source>
+        <translation>Assignment</translation>
+    </message>
+</context>
+<context>
+    <name>ImportReviewOptions</name>
+    <message>
+        <source>DOCX importieren</source>
+        <translation>Import DOCX</translation>
+    </message>
+    <message>
+        <source>PDF importieren</source>
+        <translation>Import PDF</translation>
+    </message>
+    <message>
+        <source>Nur wenn Gedichttext leer</source>
+        <translation>Only if poem text is empty</translation>
+    </message>
+    <message>
+        <source>DOCX zuerst, PDF nur noch wenn danach leer</source>
+        <translation>DOCX first, PDF only if still empty afterwards</translation>
+    </message>
+    <message>
+        <source>PDF Mindestscore:</source>
+        <translation>PDF minimum score:</translation>
+    </message>
+    <message>
+        <source>PDF Margin:</source>
+        <translation>PDF margin:</translation>
+    </message>
+    <message>
+        <source>Timeout DOCX: %1s</source>
+        <translation>DOCX timeout: %1s</translation>
+    </message>
+    <message>
+        <source>Timeout PDF: %1s</source>
+        <translation>PDF timeout: %1s</translation>
+    </message>
+    <message>
+        <source>PDF import: Score ≥ Mindestscore UND (best - zweitbest) ≥ Margin.</source>
+        <translation>PDF import: score ≥ minimum score AND (best - second best) ≥ margin.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportReviewWindow</name>
+    <message>
+        <source>Bildimport prüfen</source>
+        <translation>Review Image Import</translation>
+    </message>
+    <message>
+        <source>Textimport prüfen</source>
+        <translation>Review Text Import</translation>
+    </message>
+    <message>
+        <source>Scan: %1 | Vorschläge: %2</source>
+        <translation>Scan: %1 | Proposals: %2</translation>
+    </message>
+    <message>
+        <source>Keine Vorschläge in dieser Ansicht.</source>
+        <translation>No proposals in this view.</translation>
+    </message>
+    <message>
+        <source>Importoptionen</source>
+        <translation>Import Options</translation>
+    </message>
+    <message>
+        <source>Ein Gedicht, das schon Text hat, wird übersprungen.</source>
+        <translation>A poem that already has text is skipped.</translation>
+    </message>
+    <message>
+        <source>Zwei Durchgänge: PDF nur für Gedichte, die nach dem DOCX-Durchgang noch leer sind.</source>
+        <translation>Two passes: PDF only for poems that are still empty after the DOCX pass.</translation>
+    </message>
+    <message>
+        <source>Schließen</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Bilder anhängen</source>
+        <translation>Attach Images</translation>
+    </message>
+    <message>
+        <source>Importieren</source>
+        <translation>Import</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Datei(en) angezeigt</source>
+        <translation>
+            <numerusform>%n file shown</numerusform>
+            <numerusform>%n files shown</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>(ohne Titel)</source>
+        <translation>(untitled)</translation>
+    </message>
+    <message>
+        <source>%1 — %2</source>
+        <translation>%1 — %2</translation>
+    </message>
+    <message>
+        <source>Keine Kandidaten gefunden</source>
+        <translation>No Candidates Found</translation>
+    </message>
+    <message>
+        <source>Aus allen Gedichten wählen…</source>
+        <translation>Choose from All Poems…</translation>
+    </message>
+    <message>
+        <source>Das Übernehmen der Texte folgt in einer späteren Version.</source>
+        <translation>Importing the texts will come in a later version.</translation>
+    </message>
+</context>
+<context>
+    <name>IsolatedDocumentExtractor</name>
+    <message>
+        <source>Das Hilfsprogramm zum Lesen startet nicht: %1</source>
+        <translation>The document reader helper does not start: %1</translation>
+    </message>
+    <message>
+        <source>Die Antwort des Hilfsprogramms ist unlesbar.</source>
+        <translation>The reply of the document reader helper is unreadable.</translation>
+    </message>
+    <message>
+        <source>Zeitüberschreitung nach %1 s</source>
+        <translation>Timed out after %1 s</translation>
+    </message>
+    <message>
+        <source>Das Lesen des Dokuments wurde unerwartet abgebrochen.</source>
+        <translation>Reading the document stopped unexpectedly.</translation>
+    </message>
+    <message>
+        <source>Das Hilfsprogramm zum Lesen fehlt: %1</source>
+        <translation>The document reader helper is missing: %1</translation>
+    </message>
+</context>
+<context>
+    <name>JsonCursor</name>
+    <message>
+        <source>%1 (Zeile %2, Spalte %3)</source>
+        <translation>%1 (line %2, column %3)</translation>
+    </message>
+    <message>
+        <source>unerwartetes Dateiende</source>
+        <translation>unexpected end of file</translation>
+    </message>
+    <message>
+        <source>„%1“ erwartet</source>
+        <translation>“%1” expected</translation>
+    </message>
+    <message>
+        <source>unerwartetes Zeichen</source>
+        <translation>unexpected character</translation>
+    </message>
+    <message>
+        <source>zu tief verschachtelt</source>
+        <translation>nested too deeply</translation>
+    </message>
+    <message>
+        <source>Objekt erwartet</source>
+        <translation>object expected</translation>
+    </message>
+    <message>
+        <source>Liste erwartet</source>
+        <translation>list expected</translation>
+    </message>
+    <message>
+        <source>„,“ oder „%1“ erwartet</source>
+        <translation>“,” or “%1” expected</translation>
+    </message>
+    <message>
+        <source>Feldname erwartet</source>
+        <translation>field name expected</translation>
+    </message>
+    <message>
+        <source>Steuerzeichen in einer Zeichenkette</source>
+        <translation>control character in a string</translation>
+    </message>
+    <message>
+        <source>unerwartetes Dateiende in einer Zeichenkette</source>
+        <translation>unexpected end of file in a string</translation>
+    </message>
+    <message>
+        <source>ungültige Escape-Sequenz</source>
+        <translation>invalid escape sequence</translation>
+    </message>
+    <message>
+        <source>Zeichenkette erwartet</source>
+        <translation>string expected</translation>
+    </message>
+    <message>
+        <source>ungültige UTF-8-Kodierung</source>
+        <translation>invalid UTF-8 encoding</translation>
+    </message>
+    <message>
+        <source>Wahrheitswert erwartet</source>
+        <translation>true or false expected</translation>
+    </message>
+    <message>
+        <source>„null“ erwartet</source>
+        <translation>“null” expected</translation>
+    </message>
+    <message>
+        <source>ungültige Zahl</source>
+        <translation>invalid number</translation>
+    </message>
+    <message>
+        <source>Zahl erwartet</source>
+        <translation>number expected</translation>
+    </message>
+    <message>
+        <source>Zahl außerhalb des gültigen Bereichs</source>
+        <translation>number out of range</translation>
+    </message>
+    <message>
+        <source>unerwartete Zeichen nach dem Dokument</source>
+        <translation>unexpected characters after the document</translation>
+    </message>
+</context>
+<context>
+    <name>LibraryBrowser</name>
+    <message>
+        <source>%1 von %2 Gedicht gefunden</source>
+        <translation>%1 of %2 poem found</translation>
+    </message>
+    <message>
+        <source>%1 von %2 Gedichte gefunden</source>
+        <translation>%1 of %2 poems found</translation>
+    </message>
+    <message>
+        <source>%1 Gedicht gefunden</source>
+        <translation>%1 poem found</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte gefunden</source>
+        <translation>%1 poems found</translation>
+    </message>
+    <message>
+        <source>%1 Gedicht in %2</source>
+        <translation>%1 poem in %2</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte in %2</source>
+        <translation>%1 poems in %2</translation>
+    </message>
+    <message>
+        <source>%1 Gedicht ohne Text</source>
+        <translation>%1 poem without text</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte ohne Text</source>
+        <translation>%1 poems without text</translation>
+    </message>
+    <message>
+        <source>%1 veröffentlichte Gedicht</source>
+        <translation>%1 published poem</translation>
+    </message>
+    <message>
+        <source>%1 veröffentlichte Gedichte</source>
+        <translation>%1 published poems</translation>
+    </message>
+    <message>
+        <source>%1 Podcast-Gedicht</source>
+        <translation>%1 podcast poem</translation>
+    </message>
+    <message>
+        <source>%1 Podcast-Gedichte</source>
+        <translation>%1 podcast poems</translation>
+    </message>
+    <message>
+        <source>Diese Ansicht zeigt nur Gedichte ohne hinterlegten Text. Nutze „Ordner scan“ für mehrere Dateien oder „Text importieren“ am Gedicht.</source>
+        <translation>This view shows only poems without text. Use “Scan Folder” for several files or “Import Text” on a poem.</translation>
+    </message>
+    <message>
+        <source>Gedicht dupliziert: %1</source>
+        <translation>Poem duplicated: %1</translation>
+    </message>
+    <message>
+        <source>Gedicht in den Papierkorb verschoben: %1</source>
+        <translation>Poem moved to the Trash: %1</translation>
+    </message>
+    <message>
+        <source>(ohne Titel)</source>
+        <translation>(untitled)</translation>
+    </message>
+</context>
+<context>
+    <name>LibrarySidebar</name>
+    <message>
+        <source>Bibliothek</source>
+        <translation>Library</translation>
+    </message>
+    <message>
+        <source>Kategorien</source>
+        <translation>Categories</translation>
+    </message>
+    <message>
+        <source>Aktionen</source>
+        <translation>Actions</translation>
+    </message>
+    <message>
+        <source>%1 im Papierkorb</source>
+        <translation>%1 in the Trash</translation>
+    </message>
+    <message>
+        <source>Alle Kategorien</source>
+        <translation>All Categories</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Neues Gedicht</source>
+        <translation>New Poem</translation>
+    </message>
+    <message>
+        <source>Duplizieren</source>
+        <translation>Duplicate</translation>
+    </message>
+    <message>
+        <source>In den Papierkorb</source>
+        <translation>Move to Trash</translation>
+    </message>
+    <message>
+        <source>Papierkorb öffnen…</source>
+        <translation>Open Trash…</translation>
+    </message>
+    <message>
+        <source>Schreibmodus</source>
+        <translation>Writing Mode</translation>
+    </message>
+    <message>
+        <source>Suchen</source>
+        <translation>Find</translation>
+    </message>
+    <message>
+        <source>&amp;Datei</source>
+        <translation>&amp;File</translation>
+    </message>
+    <message>
+        <source>Beenden</source>
+        <translation>Quit</translation>
+    </message>
+    <message>
+        <source>&amp;Bearbeiten</source>
+        <translation>&amp;Edit</translation>
+    </message>
+    <message>
+        <source>Rückgängig</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>Wiederholen</source>
+        <translation>Redo</translation>
+    </message>
+    <message>
+        <source>Ausschneiden</source>
+        <translation>Cut</translation>
+    </message>
+    <message>
+        <source>Kopieren</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>Einfügen</source>
+        <translation>Paste</translation>
+    </message>
+    <message>
+        <source>Alles auswählen</source>
+        <translation>Select All</translation>
+    </message>
+    <message>
+        <source>&amp;Ansicht</source>
+        <translation>&amp;View</translation>
+    </message>
+    <message>
+        <source>Sortieren nach</source>
+        <translation>Sort By</translation>
+    </message>
+    <message>
+        <source>&amp;Hilfe</source>
+        <translation>&amp;Help</translation>
+    </message>
+    <message>
+        <source>Nach Updates suchen…</source>
+        <translation>Check for Updates…</translation>
+    </message>
+    <message>
+        <source>Datenschutzhinweise</source>
+        <translation>Privacy Notice</translation>
+    </message>
+    <message>
+        <source>Feedback senden…</source>
+        <translation>Send Feedback…</translation>
+    </message>
+    <message>
+        <source>Über OdeLeaf</source>
+        <translation>About OdeLeaf</translation>
+    </message>
+    <message>
+        <source>Werkzeugleiste</source>
+        <translation>Toolbar</translation>
+    </message>
+    <message>
+        <source>OdeLeaf</source>
+        <translation>OdeLeaf</translation>
+    </message>
+    <message>
+        <source>Änderungen konnten nicht gespeichert werden: %1</source>
+        <translation>Changes could not be saved: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PersistenceController</name>
+    <message>
+        <source>Archiv konnte nicht geöffnet werden: %1</source>
+        <translation>Archive could not be opened: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PlainPoemBodyEditor</name>
+    <message>
+        <source>Hier entsteht dein Gedicht …</source>
+        <translation>Your poem takes shape here…</translation>
+    </message>
+</context>
+<context>
+    <name>PoemDetailView</name>
+    <message>
+        <source>Kein Gedicht ausgewählt</source>
+        <translation>No Poem Selected</translation>
+    </message>
+    <message>
+        <source>Wähle links ein Gedicht aus oder lege mit „Neues Gedicht“ ein neues an.</source>
+        <translation>Select a poem on the left or create one with “New Poem”.</translation>
+    </message>
+    <message>
+        <source>Schreibmodus</source>
+        <translation>Writing Mode</translation>
+    </message>
+    <message>
+        <source>Schreibmodus beenden</source>
+        <translation>Exit Writing Mode</translation>
+    </message>
+    <message>
+        <source>Zurück zur Bibliothek (Esc)</source>
+        <translation>Back to Library (Esc)</translation>
+    </message>
+    <message>
+        <source>Titel</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>Ohne Kategorie</source>
+        <translation>Uncategorized</translation>
+    </message>
+    <message>
+        <source>Kategorie</source>
+        <translation>Category</translation>
+    </message>
+    <message>
+        <source>dd.MM.yyyy</source>
+        <translation>MM/dd/yyyy</translation>
+    </message>
+    <message>
+        <source>Ohne Datum</source>
+        <translation>No date</translation>
+    </message>
+    <message>
+        <source>Datum</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>Veröffentlicht</source>
+        <translation>Published</translation>
+    </message>
+    <message>
+        <source>Podcast</source>
+        <translation>Podcast</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Notizen</source>
+        <translation>Notes</translation>
+    </message>
+    <message>
+        <source>Gedanken, Quellen, Fassungen – nur für dich</source>
+        <translation>Thoughts, sources, versions – just for you</translation>
+    </message>
+    <message>
+        <source>Duplizieren</source>
+        <translation>Duplicate</translation>
+    </message>
+    <message>
+        <source>In den Papierkorb</source>
+        <translation>Move to Trash</translation>
+    </message>
+    <message>
+        <source>Gespeichert</source>
+        <translation>Saved</translation>
+    </message>
+    <message>
+        <source>Nicht gespeichert: %1</source>
+        <translation>Not saved: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PoemFactory</name>
+    <message>
+        <source>Gedicht</source>
+        <translation>Poem</translation>
+    </message>
+    <message>
+        <source>%1 Kopie</source>
+        <translation>%1 Copy</translation>
+    </message>
+</context>
+<context>
+    <name>PoemListPane</name>
+    <message>
+        <source>Suchen</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <source>Suchen in</source>
+        <translation>Search in</translation>
+    </message>
+    <message>
+        <source>Sortieren nach</source>
+        <translation>Sort by</translation>
+    </message>
+    <message>
+        <source>Noch keine Gedichte</source>
+        <translation>No Poems Yet</translation>
+    </message>
+    <message>
+        <source>Lege mit „Neues Gedicht“ dein erstes Gedicht an.</source>
+        <translation>Create your first poem with “New Poem”.</translation>
+    </message>
+    <message>
+        <source>Keine Treffer</source>
+        <translation>No Results</translation>
+    </message>
+    <message>
+        <source>Kein Gedicht passt zu „%1“.</source>
+        <translation>No poem matches “%1”.</translation>
+    </message>
+    <message>
+        <source>Keine Gedichte in dieser Ansicht</source>
+        <translation>No Poems in This View</translation>
+    </message>
+    <message>
+        <source>Duplizieren</source>
+        <translation>Duplicate</translation>
+    </message>
+    <message>
+        <source>In den Papierkorb legen</source>
+        <translation>Move to Trash</translation>
+    </message>
+</context>
+<context>
+    <name>PoemPickerDialog</name>
+    <message>
+        <source>Gedicht auswählen</source>
+        <translation>Choose Poem</translation>
+    </message>
+    <message>
+        <source>Titel suchen</source>
+        <translation>Search titles</translation>
+    </message>
+    <message>
+        <source>(ohne Titel)</source>
+        <translation>(untitled)</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Auswählen</source>
+        <translation>Choose</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Gedicht(e)</source>
+        <translation>
+            <numerusform>%n poem</numerusform>
+            <numerusform>%n poems</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 von %n Gedicht(en)</source>
+        <translation>
+            <numerusform>%1 of %n poem</numerusform>
+            <numerusform>%1 of %n poems</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>PoemRow</name>
+    <message>
+        <source>Gedicht ohne Titel</source>
+        <translation>Untitled Poem</translation>
+    </message>
+</context>
+<context>
+    <name>PoemRowText</name>
+    <message>
+        <source>Noch kein Gedichttext hinterlegt.</source>
+        <translation>No poem text yet.</translation>
+    </message>
+    <message>
+        <source>unbekannt</source>
+        <translation>unknown</translation>
+    </message>
+    <message>
+        <source>dd.MM.yyyy</source>
+        <translation>MM/dd/yyyy</translation>
+    </message>
+    <message>
+        <source>Veröffentlicht</source>
+        <translation>Published</translation>
+    </message>
+    <message>
+        <source>Podcast</source>
+        <translation>Podcast</translation>
+    </message>
+    <message>
+        <source>Entwurf</source>
+        <translation>Draft</translation>
+    </message>
+</context>
+<context>
+    <name>PoemSortMode</name>
+    <message>
+        <source>Zuletzt geändert</source>
+        <translation>Last Modified</translation>
+    </message>
+    <message>
+        <source>Titel</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>Kategorie</source>
+        <translation>Category</translation>
+    </message>
+    <message>
+        <source>Datum</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>Ohne Text zuerst</source>
+        <translation>Without Text First</translation>
+    </message>
+</context>
+<context>
+    <name>PoemStore</name>
+    <message>
+        <source>Die Archivdatei stammt aus einer neueren Version von OdeLeaf (Schema %1, diese Version kennt Schema %2).</source>
+        <translation>The archive file comes from a newer version of OdeLeaf (schema %1; this version knows schema %2).</translation>
+    </message>
+    <message>
+        <source>Die Datei ist kein OdeLeaf-Archiv.</source>
+        <translation>The file is not an OdeLeaf archive.</translation>
+    </message>
+</context>
+<context>
+    <name>PrivacyNoticeDialog</name>
+    <message>
+        <source>Datenschutzhinweise</source>
+        <translation>Privacy Notice</translation>
+    </message>
+    <message>
+        <source>Deine Gedichte, Importe, Exporte und Sicherungen bleiben auf deinem Computer. OdeLeaf speichert alles im eigenen Datenordner und in den Ordnern, die du selbst auswählst; es gibt kein Konto und keine Cloud-Synchronisierung.</source>
+        <translation>Your poems, imports, exports and backups stay on your computer. OdeLeaf stores everything in its own data folder and in the folders you choose yourself; there is no account and no cloud sync.</translation>
+    </message>
+    <message>
+        <source>Die Suche nach Updates lädt nur die Liste der verfügbaren Versionen herunter. Dabei werden keine Gedichte, Titel, Notizen oder anderen Inhalte deines Archivs übertragen.</source>
+        <translation>Checking for updates only downloads the list of available versions. No poems, titles, notes or other content of your archive are sent.</translation>
+    </message>
+    <message>
+        <source>Reimseiten öffnest du selbst im Browser; dabei erhält die gewählte Website nur das Wort, das du nachschlägst.</source>
+        <translation>You open rhyme websites yourself in your browser; the chosen website only receives the word you look up.</translation>
+    </message>
+    <message>
+        <source>Feedback verschickst du mit deinem eigenen E-Mail-Programm. OdeLeaf sendet nichts von sich aus.</source>
+        <translation>You send feedback with your own email program. OdeLeaf never sends anything on its own.</translation>
+    </message>
+</context>
+<context>
+    <name>ProposalFilter</name>
+    <message>
+        <source>Offen</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>Unsicher</source>
+        <translation>Uncertain</translation>
+    </message>
+    <message>
+        <source>Zugeordnet</source>
+        <translation>Assigned</translation>
+    </message>
+    <message>
+        <source>Alle</source>
+        <translation>All</translation>
+    </message>
+</context>
+<context>
+    <name>RestoreMode</name>
+    <message>
+        <source>Nur fehlende ergänzen</source>
+        <translation>Add Missing Only</translation>
+    </message>
+    <message>
+        <source>Ergänzen und aktualisieren</source>
+        <translation>Add and Update</translation>
+    </message>
+</context>
+<context>
+    <name>RestorePreview</name>
+    <message>
+        <source>Keine Änderungen nötig</source>
+        <translation>No Changes Needed</translation>
+    </message>
+    <message>
+        <source>Backup prüfen</source>
+        <translation>Check Backup</translation>
+    </message>
+    <message>
+        <source>Wiederherstellung bereit</source>
+        <translation>Ready to Restore</translation>
+    </message>
+    <message>
+        <source>Dieses Backup entspricht bereits deinem aktuellen Archiv.</source>
+        <translation>This backup already matches your current archive.</translation>
+    </message>
+    <message>
+        <source>Das Backup ist älter als mindestens eine lokale Änderung. Lokale Gedichte werden nicht gelöscht.</source>
+        <translation>The backup is older than at least one local change. Local poems will not be deleted.</translation>
+    </message>
+    <message>
+        <source>OdeLeaf kann fehlende Gedichte ergänzen und vorhandene Einträge aktualisieren.</source>
+        <translation>OdeLeaf can add missing poems and update existing entries.</translation>
+    </message>
+</context>
+<context>
+    <name>SearchMode</name>
+    <message>
+        <source>Titel</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Kategorie</source>
+        <translation>Category</translation>
+    </message>
+    <message>
+        <source>Alles</source>
+        <translation>Everything</translation>
+    </message>
+</context>
+<context>
+    <name>SidebarScope</name>
+    <message>
+        <source>Archiv</source>
+        <translation>Archive</translation>
+    </message>
+    <message>
+        <source>Ohne Text</source>
+        <translation>Without Text</translation>
+    </message>
+    <message>
+        <source>Veröffentlicht</source>
+        <translation>Published</translation>
+    </message>
+    <message>
+        <source>Podcast</source>
+        <translation>Podcast</translation>
+    </message>
+</context>
+<context>
+    <name>StatusPanel</name>
+    <message>
+        <source>Im Dateimanager zeigen</source>
+        <translation>Show in File Manager</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Keine aktuellen Meldungen.</source>
+        <translation>No recent messages.</translation>
+    </message>
+</context>
+<context>
+    <name>Trash</name>
+    <message>
+        <source>Gedicht wiederhergestellt: %1</source>
+        <translation>Poem restored: %1</translation>
+    </message>
+    <message>
+        <source>Gedicht endgültig gelöscht: %1</source>
+        <translation>Poem permanently deleted: %1</translation>
+    </message>
+    <message>
+        <source>(ohne Titel)</source>
+        <translation>(untitled)</translation>
+    </message>
+    <message>
+        <source>Papierkorb geleert: %1 Gedicht endgültig gelöscht.</source>
+        <translation>Trash emptied: %1 poem permanently deleted.</translation>
+    </message>
+    <message>
+        <source>Papierkorb geleert: %1 Gedichte endgültig gelöscht.</source>
+        <translation>Trash emptied: %1 poems permanently deleted.</translation>
+    </message>
+    <message>
+        <source>Papierkorb-Aktion fehlgeschlagen: %1</source>
+        <translation>Trash action failed: %1</translation>
+    </message>
+</context>
+<context>
+    <name>TrashDialog</name>
+    <message>
+        <source>dd.MM.yyyy, HH:mm</source>
+        <translation>MM/dd/yyyy, h:mm AP</translation>
+    </message>
+    <message>
+        <source>%1 gelöschtes Gedicht</source>
+        <translation>%1 deleted poem</translation>
+    </message>
+    <message>
+        <source>%1 gelöschte Gedichte</source>
+        <translation>%1 deleted poems</translation>
+    </message>
+    <message>
+        <source>Papierkorb leeren…</source>
+        <translation>Empty Trash…</translation>
+    </message>
+    <message>
+        <source>Papierkorb</source>
+        <translation>Trash</translation>
+    </message>
+    <message>
+        <source>Gelöschte Gedichte bleiben hier erhalten, bis du sie endgültig entfernst.</source>
+        <translation>Deleted poems stay here until you remove them permanently.</translation>
+    </message>
+    <message>
+        <source>Du kannst einzelne Gedichte wiederherstellen oder dauerhaft löschen.</source>
+        <translation>You can restore individual poems or delete them permanently.</translation>
+    </message>
+    <message>
+        <source>Papierkorb ist leer</source>
+        <translation>Trash Is Empty</translation>
+    </message>
+    <message>
+        <source>Gelöschte Gedichte erscheinen hier und können später wiederhergestellt werden.</source>
+        <translation>Deleted poems appear here and can be restored later.</translation>
+    </message>
+    <message>
+        <source>Gelöscht am %1</source>
+        <translation>Deleted on %1</translation>
+    </message>
+    <message>
+        <source>Wiederherstellen</source>
+        <translation>Restore</translation>
+    </message>
+    <message>
+        <source>Endgültig löschen</source>
+        <translation>Delete Permanently</translation>
+    </message>
+    <message>
+        <source>Gedicht endgültig löschen?</source>
+        <translation>Delete Poem Permanently?</translation>
+    </message>
+    <message>
+        <source>„%1“ wird dauerhaft gelöscht und kann nicht über den Papierkorb wiederhergestellt werden.</source>
+        <translation>“%1” will be deleted permanently and cannot be restored from the Trash.</translation>
+    </message>
+    <message>
+        <source>%1 gelöschtes Gedicht wird dauerhaft entfernt.</source>
+        <translation>%1 deleted poem will be removed permanently.</translation>
+    </message>
+    <message>
+        <source>%1 gelöschte Gedichte werden dauerhaft entfernt.</source>
+        <translation>%1 deleted poems will be removed permanently.</translation>
+    </message>
+    <message>
+        <source>Papierkorb leeren?</source>
+        <translation>Empty Trash?</translation>
+    </message>
+    <message>
+        <source>Papierkorb endgültig leeren</source>
+        <translation>Empty Trash Permanently</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateFeed</name>
+    <message>
+        <source>Der Update-Feed ist fehlerhaft: %1</source>
+        <translation>The update feed is malformed: %1</translation>
+    </message>
+    <message>
+        <source>Der Update-Feed nennt keine Version.</source>
+        <translation>The update feed does not name a version.</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateManager</name>
+    <message>
+        <source>Der Update-Feed ist zu groß.</source>
+        <translation>The update feed is too large.</translation>
+    </message>
+</context>
+<context>
+    <name>UpdatePresenter</name>
+    <message>
+        <source>Nach Updates suchen</source>
+        <translation>Check for Updates</translation>
+    </message>
+    <message>
+        <source>OdeLeaf %1 ist verfügbar.</source>
+        <translation>OdeLeaf %1 is available.</translation>
+    </message>
+    <message>
+        <source>Du verwendest Version %1.</source>
+        <translation>You are using version %1.</translation>
+    </message>
+    <message>
+        <source>Herunterladen</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Später</source>
+        <translation>Later</translation>
+    </message>
+    <message>
+        <source>OdeLeaf ist auf dem neuesten Stand. Version %1 ist die aktuelle Version.</source>
+        <translation>OdeLeaf is up to date. Version %1 is the current version.</translation>
+    </message>
+    <message>
+        <source>Die Suche nach Updates ist fehlgeschlagen: %1</source>
+        <translation>Checking for updates failed: %1</translation>
+    </message>
+</context>
 </TS>
