@@ -606,13 +606,6 @@ Qt %4</translation>
         <source>Importieren</source>
         <translation>Import</translation>
     </message>
-    <message numerus="yes">
-        <source>%n Datei(en) angezeigt</source>
-        <translation>
-            <numerusform>%n file shown</numerusform>
-            <numerusform>%n files shown</numerusform>
-        </translation>
-    </message>
     <message>
         <source>(ohne Titel)</source>
         <translation>(untitled)</translation>
@@ -632,6 +625,14 @@ Qt %4</translation>
     <message>
         <source>Das Übernehmen der Texte folgt in einer späteren Version.</source>
         <translation>Importing the texts will come in a later version.</translation>
+    </message>
+    <message>
+        <source>%1 Datei angezeigt</source>
+        <translation>%1 file shown</translation>
+    </message>
+    <message>
+        <source>%1 Dateien angezeigt</source>
+        <translation>%1 files shown</translation>
     </message>
 </context>
 <context>
@@ -1106,19 +1107,21 @@ Qt %4</translation>
         <source>Auswählen</source>
         <translation>Choose</translation>
     </message>
-    <message numerus="yes">
-        <source>%n Gedicht(e)</source>
-        <translation>
-            <numerusform>%n poem</numerusform>
-            <numerusform>%n poems</numerusform>
-        </translation>
+    <message>
+        <source>%1 Gedicht</source>
+        <translation>%1 poem</translation>
     </message>
-    <message numerus="yes">
-        <source>%1 von %n Gedicht(en)</source>
-        <translation>
-            <numerusform>%1 of %n poem</numerusform>
-            <numerusform>%1 of %n poems</numerusform>
-        </translation>
+    <message>
+        <source>%1 Gedichte</source>
+        <translation>%1 poems</translation>
+    </message>
+    <message>
+        <source>%1 von %2 Gedicht</source>
+        <translation>%1 of %2 poem</translation>
+    </message>
+    <message>
+        <source>%1 von %2 Gedichten</source>
+        <translation>%1 of %2 poems</translation>
     </message>
 </context>
 <context>

@@ -178,10 +178,8 @@ private Q_SLOTS:
         QCOMPARE(BackupStatus::backupCreated(2, path),
                  QStringLiteral("Backup created: 2 poems saved. File: OdeLeaf-Backup-2026-11-14-2103.json"));
         QCOMPARE(BackupStatus::backupCreated(0, path).left(29), QStringLiteral("Backup created: 0 poems saved"));
-        QCOMPARE(QCoreApplication::translate("ImportReviewWindow", "%n Datei(en) angezeigt", nullptr, 1),
-                 QStringLiteral("1 file shown"));
-        QCOMPARE(QCoreApplication::translate("ImportReviewWindow", "%n Datei(en) angezeigt", nullptr, 2),
-                 QStringLiteral("2 files shown"));
+        QCOMPARE(QCoreApplication::translate("PoemPickerDialog", "%1 von %2 Gedicht"), QStringLiteral("%1 of %2 poem"));
+        QCOMPARE(QCoreApplication::translate("PoemPickerDialog", "%1 von %2 Gedichten"), QStringLiteral("%1 of %2 poems"));
     }
 
     // Texts made outside a widget reach the translation under the context lupdate saw.

@@ -341,7 +341,7 @@ QList<qsizetype> ImportReviewWindow::visibleProposalIndices() const
 void ImportReviewWindow::updateVisibleCount()
 {
     const int shown = m_filtered->rowCount();
-    m_visibleCount->setText(tr("%n Datei(en) angezeigt", nullptr, shown));
+    m_visibleCount->setText((shown == 1 ? tr("%1 Datei angezeigt") : tr("%1 Dateien angezeigt")).arg(shown));
     m_listStack->setCurrentIndex(shown == 0 ? 1 : 0);
 }
 

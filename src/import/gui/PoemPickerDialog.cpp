@@ -102,8 +102,12 @@ void PoemPickerDialog::applySearch(const QString &text)
     }
     if (!m_list->currentItem() || m_list->currentItem()->isHidden())
         m_list->setCurrentItem(firstVisible);
-    m_count->setText(needle.isEmpty() ? tr("%n Gedicht(e)", nullptr, m_list->count())
-                                      : tr("%1 von %n Gedicht(en)", nullptr, m_list->count()).arg(shown));
+    // German has no numerus table loaded, so singular and plural are separate texts.
+    const int total = m_list->count();
+    if (needle.isEmpty())
+        m_count->setText((total == 1 ? tr("%1 Gedicht") : tr("%1 Gedichte")).arg(total));
+    else
+        m_count->setText((total == 1 ? tr("%1 von %2 Gedicht") : tr("%1 von %2 Gedichten")).arg(shown).arg(total));
     updateAcceptButton();
 }
 
