@@ -75,8 +75,11 @@ template <typename Change> void forEachTouchedBlock(const QTextCursor &cursor, C
 
 QTextCharFormat RichTextEditing::typingFormat(const QTextCursor &cursor)
 {
-    QTextCursor probe(cursor);
-    probe.clearSelection();
+    // clearSelection() would also forget the typing attributes set on the cursor.
+    if (!cursor.hasSelection())
+        return withoutImage(cursor.charFormat());
+    QTextCursor probe(cursor.document());
+    probe.setPosition(cursor.selectionStart());
     return withoutImage(probe.charFormat());
 }
 
