@@ -239,9 +239,6 @@ void RichTextEditing::insertSectionMark(QTextCursor &cursor)
 
 Result<void> RichTextEditing::insertImage(QTextCursor &cursor, const QString &filePath, double textWidth)
 {
-    auto *document = qobject_cast<PoemTextDocument *>(cursor.document());
-    if (!document)
-        return Error{QCoreApplication::translate("RichTextEditing", "Der Text kann keine Bilder aufnehmen.")};
     QImageReader reader(filePath);
     reader.setAutoTransform(true);
     const QImage image = reader.read();
@@ -249,6 +246,16 @@ Result<void> RichTextEditing::insertImage(QTextCursor &cursor, const QString &fi
         return Error{QCoreApplication::translate("RichTextEditing", "„%1“ ist kein lesbares Bild (%2).")
                          .arg(QFileInfo(filePath).fileName(), reader.errorString())};
     }
+    return insertImage(cursor, image, textWidth);
+}
+
+Result<void> RichTextEditing::insertImage(QTextCursor &cursor, const QImage &image, double textWidth)
+{
+    auto *document = qobject_cast<PoemTextDocument *>(cursor.document());
+    if (!document)
+        return Error{QCoreApplication::translate("RichTextEditing", "Der Text kann keine Bilder aufnehmen.")};
+    if (image.isNull())
+        return Error{QCoreApplication::translate("RichTextEditing", "Das Bild ist leer.")};
     const QSizeF size = ImageSizing::forInsert(image.size(), textWidth);
     QTextImageFormat format;
     format.setName(document->addPicture(image));

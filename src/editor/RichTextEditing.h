@@ -33,6 +33,7 @@ public:
     static void insertSectionMark(QTextCursor &cursor);
     // textWidth: the editor's text width in points.
     static Result<void> insertImage(QTextCursor &cursor, const QString &filePath, double textWidth);
+    static Result<void> insertImage(QTextCursor &cursor, const QImage &image, double textWidth);
     // The selected image, or the one next to the insertion point; false when there is none.
     static bool resizeImage(QTextCursor &cursor, WriterImageSize size);
     static std::optional<int> imagePosition(const QTextCursor &cursor);
