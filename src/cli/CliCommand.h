@@ -15,3 +15,4 @@ struct CliCommand {
 
 // Each subsystem contributes its subcommands; main() lists the groups.
 std::vector<CliCommand> archiveCommands();
+std::vector<CliCommand> editorCommands();

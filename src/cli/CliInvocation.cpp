@@ -113,8 +113,7 @@ int CliInvocation::fail(const QString &message)
 int CliInvocation::usageError(const QString &message)
 {
     const QString reason = message.isEmpty() ? m_pendingError : message;
-    standardError() << "odeleaf-cli " << m_command << ": " << reason << '\n'
-                    << "Try 'odeleaf-cli --help' for usage.\n";
+    standardError() << "odeleaf-cli " << m_command << ": " << reason << '\n' << "Try 'odeleaf-cli --help' for usage.\n";
     standardError().flush();
     return 2;
 }

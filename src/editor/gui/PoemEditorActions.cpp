@@ -7,6 +7,7 @@
 #include "editor/gui/EditorIcons.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QMenu>
 #include <QWidget>
 
@@ -14,23 +15,26 @@ PoemEditorActions::PoemEditorActions(QWidget *owner) : QObject(owner), m_owner(o
 {
     undo = make(tr("Rückgängig"), QKeySequence::Undo);
     redo = make(tr("Wiederholen"), QKeySequence::Redo);
-    bold = make(tr("Fett"), QKeySequence::Bold);
+    bold = makeToggle(tr("Fett"), QKeySequence::Bold);
     bold->setIcon(EditorIcons::letter(tr("F", "bold button"), true, false, false));
-    italic = make(tr("Kursiv"), QKeySequence::Italic);
+    italic = makeToggle(tr("Kursiv"), QKeySequence::Italic);
     italic->setIcon(EditorIcons::letter(tr("K", "italic button"), false, true, false));
-    underline = make(tr("Unterstrichen"), QKeySequence::Underline);
+    underline = makeToggle(tr("Unterstrichen"), QKeySequence::Underline);
     underline->setIcon(EditorIcons::letter(tr("U", "underline button"), false, false, true));
     biggerFont = make(tr("Schrift größer"), QKeySequence(Qt::CTRL | Qt::Key_Plus));
     biggerFont->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)});
     biggerFont->setIcon(EditorIcons::letter(QStringLiteral("A+"), false, false, false));
     smallerFont = make(tr("Schrift kleiner"), QKeySequence(Qt::CTRL | Qt::Key_Minus));
     smallerFont->setIcon(EditorIcons::letter(QStringLiteral("A−"), false, false, false));
-    alignLeft = make(tr("Linksbündig"), QKeySequence(Qt::CTRL | Qt::Key_L));
+    alignLeft = makeToggle(tr("Linksbündig"), QKeySequence(Qt::CTRL | Qt::Key_L));
     alignLeft->setIcon(EditorIcons::alignment(Qt::AlignLeft));
-    alignCenter = make(tr("Zentriert"), QKeySequence(Qt::CTRL | Qt::Key_E));
+    alignCenter = makeToggle(tr("Zentriert"), QKeySequence(Qt::CTRL | Qt::Key_E));
     alignCenter->setIcon(EditorIcons::alignment(Qt::AlignHCenter));
-    alignRight = make(tr("Rechtsbündig"), QKeySequence(Qt::CTRL | Qt::Key_R));
+    alignRight = makeToggle(tr("Rechtsbündig"), QKeySequence(Qt::CTRL | Qt::Key_R));
     alignRight->setIcon(EditorIcons::alignment(Qt::AlignRight));
+    auto *alignments = new QActionGroup(this);
+    for (QAction *action : {alignLeft, alignCenter, alignRight})
+        alignments->addAction(action);
     clearFormatting = make(tr("Formatierung entfernen"), QKeySequence(Qt::CTRL | Qt::Key_Space));
     clearFormatting->setIcon(EditorIcons::clearFormatting());
     checkSpelling = make(tr("Rechtschreibung prüfen"), QKeySequence(Qt::Key_F7));

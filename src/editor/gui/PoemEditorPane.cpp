@@ -228,6 +228,21 @@ void PoemEditorPane::connectActions()
             [this](bool paper) { setAppearance(paper ? EditorAppearance::paper : EditorAppearance::standard); });
     connect(m_actions->duplicate, &QAction::triggered, this, &PoemEditorPane::duplicateRequested);
     connect(m_notes, &QPlainTextEdit::textChanged, this, &PoemEditorPane::writeNotes);
+    connect(m_view, &QTextEdit::currentCharFormatChanged, this, &PoemEditorPane::showCurrentFormat);
+    connect(m_view, &QTextEdit::cursorPositionChanged, this, &PoemEditorPane::showCurrentFormat);
+}
+
+// The toggles show the format at the insertion point, as in a word processor.
+void PoemEditorPane::showCurrentFormat()
+{
+    const QTextCharFormat format = m_view->currentCharFormat();
+    m_actions->bold->setChecked(format.fontWeight() >= QFont::DemiBold);
+    m_actions->italic->setChecked(format.fontItalic());
+    m_actions->underline->setChecked(format.fontUnderline());
+    const Qt::Alignment alignment = m_view->textCursor().blockFormat().alignment() & Qt::AlignHorizontal_Mask;
+    m_actions->alignCenter->setChecked(alignment & Qt::AlignHCenter);
+    m_actions->alignRight->setChecked(alignment & Qt::AlignRight);
+    m_actions->alignLeft->setChecked(!(alignment & (Qt::AlignHCenter | Qt::AlignRight)));
 }
 
 QMenu *PoemEditorPane::formattingMenu() const
@@ -460,7 +475,7 @@ void PoemEditorPane::updateChrome()
     m_toolBar->setEnabled(editable);
     m_notes->setReadOnly(!editable);
     for (QAction *action : m_actions->formattingMenu->actions())
-        action->setEnabled(editable || action->isCheckable());
+        action->setEnabled(editable);
     m_actions->toggleToolbar->setEnabled(m_isWriterMode);
 
     const bool toolbarHidden = m_isFocusMode || (m_isWriterMode && m_isWriterToolbarHidden);

@@ -81,6 +81,7 @@ private:
     void buildLayout();
     QToolBar *buildToolBar();
     void connectActions();
+    void showCurrentFormat();
     void loadFromPoem();
     void reloadIfNeeded();
     void writeText();
