@@ -87,7 +87,7 @@ Result<void> PoemRichText::appendImage(const QString &imagePath, PoemTextDocumen
                          .arg(QFileInfo(imagePath).fileName(), reader.errorString())};
     }
     QTextImageFormat format;
-    format.setName(document.addPicture(image));
+    format.setName(document.addPicture(ImageSizing::forStorage(image)));
     const QSizeF size = ImageSizing::forAppend(image.size());
     format.setWidth(size.width());
     format.setHeight(size.height());

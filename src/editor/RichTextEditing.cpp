@@ -258,7 +258,7 @@ Result<void> RichTextEditing::insertImage(QTextCursor &cursor, const QImage &ima
         return Error{QCoreApplication::translate("RichTextEditing", "Das Bild ist leer.")};
     const QSizeF size = ImageSizing::forInsert(image.size(), textWidth);
     QTextImageFormat format;
-    format.setName(document->addPicture(image));
+    format.setName(document->addPicture(ImageSizing::forStorage(image)));
     format.setWidth(size.width());
     format.setHeight(size.height());
     cursor.beginEditBlock();

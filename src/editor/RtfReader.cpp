@@ -10,7 +10,6 @@
 #include <QTextImageFormat>
 
 #include <array>
-#include <cstring>
 #include <map>
 #include <memory>
 #include <optional>
@@ -66,7 +65,8 @@ struct FontEntry {
 struct Picture {
     int level = -1;
     PictureKind kind = PictureKind::unknown;
-    QByteArray bytes;
+    QByteArray bytes; // the first `length` bytes are the picture
+    qsizetype length = 0;
     int highNibble = -1;
     int pixelWidth = 0;
     int pixelHeight = 0;
@@ -74,6 +74,19 @@ struct Picture {
     int goalHeight = 0;
     int scaleX = 100;
     int scaleY = 100;
+
+    void append(char byte)
+    {
+        if (length == bytes.size())
+            bytes.resize(qMax<qsizetype>(4096, bytes.size() * 2));
+        bytes.data()[length++] = byte;
+    }
+    void append(const char *data, qsizetype count)
+    {
+        bytes.truncate(length);
+        bytes.append(data, count);
+        length = bytes.size();
+    }
 };
 
 struct Shape {
@@ -654,7 +667,7 @@ private:
     {
         const qsizetype count = qBound(qsizetype(0), qsizetype(length), m_size - m_pos);
         if (m_state.destination == Destination::picture && m_picture && m_overflow == 0)
-            m_picture->bytes.append(reinterpret_cast<const char *>(m_data + m_pos), count);
+            m_picture->append(reinterpret_cast<const char *>(m_data + m_pos), count);
         m_pos += count;
     }
 
@@ -871,26 +884,23 @@ private:
             m_picture->scaleY = qBound(1, value, 10000);
     }
 
-    // Picture data is most of a document with images; decode it pair by pair.
+    // Picture data is most of a document with images: decode it a pair of digits at a time
+    // into a buffer that grows geometrically, in one pass.
     void readHexRun()
     {
         const auto &table = hexPairTable();
-        const bool collecting = m_picture && m_overflow == 0;
-        if (collecting && m_picture->bytes.isEmpty()) {
-            const void *end = std::memchr(m_data + m_pos, '}', size_t(m_size - m_pos));
-            const qsizetype span = end ? static_cast<const uchar *>(end) - (m_data + m_pos) : m_size - m_pos;
-            m_picture->bytes.reserve(span / 2 + 1);
-        }
+        Picture *picture = m_picture && m_overflow == 0 ? &*m_picture : nullptr;
         while (m_pos < m_size) {
             const uchar c = m_data[m_pos];
-            if (c == '\r' || c == '\n' || c == ' ' || c == '\t') {
+            if (c == '\n' || c == '\r' || c == ' ' || c == '\t') {
                 ++m_pos;
                 continue;
             }
-            if (collecting && m_picture->highNibble < 0 && m_pos + 1 < m_size) {
+            if (m_pos + 1 < m_size && (!picture || picture->highNibble < 0)) {
                 const qint16 pair = table[size_t(c | (m_data[m_pos + 1] << 8))];
                 if (pair >= 0) {
-                    m_picture->bytes.append(char(pair));
+                    if (picture)
+                        picture->append(char(pair));
                     m_pos += 2;
                     continue;
                 }
@@ -899,13 +909,13 @@ private:
             if (nibble < 0)
                 return;
             ++m_pos;
-            if (!collecting)
+            if (!picture)
                 continue;
-            if (m_picture->highNibble < 0) {
-                m_picture->highNibble = nibble;
+            if (picture->highNibble < 0) {
+                picture->highNibble = nibble;
             } else {
-                m_picture->bytes.append(char(m_picture->highNibble * 16 + nibble));
-                m_picture->highNibble = -1;
+                picture->append(char(picture->highNibble * 16 + nibble));
+                picture->highNibble = -1;
             }
         }
     }
@@ -976,6 +986,7 @@ private:
     {
         Picture picture = std::move(*m_picture);
         m_picture.reset();
+        picture.bytes.truncate(picture.length);
         const PictureKind kind = picture.kind == PictureKind::unknown ? sniff(picture.bytes) : picture.kind;
         if (kind == PictureKind::unsupported || picture.bytes.isEmpty())
             return;

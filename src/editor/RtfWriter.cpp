@@ -65,6 +65,8 @@ public:
         writeFontTable();
         writeColorTable();
         m_out += "{\\*\\generator OdeLeaf;}\n";
+        // DIN A4 with 2.5 cm margins, for word processors that open the text as a page.
+        m_out += "\\paperw11906\\paperh16838\\margl1417\\margr1417\\margt1417\\margb1134\n";
         // Every paragraph ends with \par, as word processors write it; a reader opens no
         // new paragraph after the last one.
         for (QTextBlock block = m_document.begin(); block.isValid(); block = block.next()) {
@@ -246,27 +248,13 @@ private:
         const double height = format.height() > 0 ? format.height() : pixels.height();
         m_out += "{\\pict\\pngblip\\picw" + QByteArray::number(pixels.width()) + "\\pich" +
                  QByteArray::number(pixels.height()) + "\\picwgoal" + QByteArray::number(twips(width)) + "\\pichgoal" +
-                 QByteArray::number(twips(height)) + '\n';
-        appendHex(*png);
+                 QByteArray::number(twips(height));
+        // Raw bytes (\binN) rather than hex digits: half the size, and every edit stores
+        // the whole text again. Word processors read both.
+        m_out += "\\bin" + QByteArray::number(png->size()) + ' ';
+        m_out += *png;
         m_out += "}";
         return {};
-    }
-
-    void appendHex(const QByteArray &bytes)
-    {
-        static constexpr char digits[] = "0123456789abcdef";
-        constexpr qsizetype lineBytes = 64;
-        const qsizetype lines = (bytes.size() + lineBytes - 1) / lineBytes;
-        const qsizetype start = m_out.size();
-        m_out.resize(start + bytes.size() * 2 + lines);
-        char *out = m_out.data() + start;
-        const auto *in = reinterpret_cast<const unsigned char *>(bytes.constData());
-        for (qsizetype i = 0; i < bytes.size(); ++i) {
-            *out++ = digits[in[i] >> 4];
-            *out++ = digits[in[i] & 0xF];
-            if (i % lineBytes == lineBytes - 1 || i == bytes.size() - 1)
-                *out++ = '\n';
-        }
     }
 
     void appendText(const QString &text, bool inTable)

@@ -19,6 +19,7 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QDir>
+#include <QFile>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -376,6 +377,11 @@ private Q_SLOTS:
         Q_EMIT m_pane->findReplaceBar()->findNextRequested();
 
         const QString folder = qEnvironmentVariable("ODELEAF_SCREENSHOT_DIR");
+        if (!folder.isEmpty()) {
+            QFile rtf(QDir(folder).filePath(QStringLiteral("poem.rtf")));
+            QVERIFY(rtf.open(QIODevice::WriteOnly));
+            rtf.write(*poem->richTextData());
+        }
         for (const EditorAppearance appearance : allEditorAppearances) {
             m_pane->setAppearance(appearance);
             QTest::qWait(30);

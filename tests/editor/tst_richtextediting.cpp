@@ -278,6 +278,20 @@ private Q_SLOTS:
         QCOMPARE(document->begin().blockFormat().bottomMargin(), 14.0);
     }
 
+    void bigImagesAreKeptAtTheLargestMenuSize()
+    {
+        auto document = PoemRichText::fromPlainText(QString());
+        QTextCursor cursor(document.get());
+        QVERIFY(RichTextEditing::insertImage(cursor, imageFile(2000, 1000), 600).ok());
+        const QTextImageFormat inserted = firstImage(*document);
+        QCOMPARE(QSizeF(inserted.width(), inserted.height()), QSizeF(600, 300));
+        QCOMPARE(document->pictureSize(inserted.name()), QSize(780, 390));
+        QVERIFY(RichTextEditing::resizeImage(cursor, WriterImageSize::pageWidth));
+        QCOMPARE(firstImage(*document).width(), 780.0);
+        QCOMPARE(ImageSizing::storedPixels(QSize(600, 2000)), QSize(312, 1040));
+        QCOMPARE(ImageSizing::storedPixels(QSize(640, 480)), QSize(640, 480));
+    }
+
     void aFileThatIsNoImageIsReportedAndChangesNothing()
     {
         const QString path = m_dir.filePath(QStringLiteral("kein-bild.png"));
