@@ -358,7 +358,7 @@ private Q_SLOTS:
         RichTextEditing::changeFontSize(cursor, 5);
         RichTextEditing::setAlignment(cursor, Qt::AlignHCenter);
         cursor.setPosition(40);
-        cursor.setPosition(49, QTextCursor::KeepAnchor);
+        cursor.setPosition(47, QTextCursor::KeepAnchor);
         RichTextEditing::setTextColor(cursor, AppTheme::accent());
         RichTextEditing::toggleItalic(cursor);
         cursor.movePosition(QTextCursor::End);
@@ -371,6 +371,7 @@ private Q_SLOTS:
         cursor.insertText(QStringLiteral("Am Fluss, im Herbst"));
         PoemPtr poem = addPoem(PoemRichText::plainText(*formatted), *PoemRichText::encode(*formatted));
         m_pane->setPoem(poem);
+        QTRY_VERIFY(m_pane->spellChecker());
         m_pane->setSearchHighlight(QStringLiteral("Sternlein"));
         m_pane->actions()->find->trigger();
         m_pane->findReplaceBar()->setFindText(QStringLiteral("Welt"));

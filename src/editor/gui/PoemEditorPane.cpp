@@ -26,6 +26,7 @@
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <QStandardPaths>
+#include <QThread>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -58,14 +59,29 @@ QToolButton *menuButton(const QString &text, QMenu *menu, QWidget *parent)
 } // namespace
 
 PoemEditorPane::PoemEditorPane(ArchiveContext &context, QWidget *parent)
-    : QWidget(parent), m_context(context),
-      m_spellChecker(std::make_unique<SpellChecker>(SpellChecker::languageForInterface())),
-      m_actions(new PoemEditorActions(this))
+    : QWidget(parent), m_context(context), m_actions(new PoemEditorActions(this))
 {
     buildLayout();
     connectActions();
     connect(&m_context, &ArchiveContext::contextDidChange, this, &PoemEditorPane::reloadIfNeeded);
     setPoem(nullptr);
+    loadSpellChecker();
+}
+
+// A dictionary takes a noticeable moment to load; the editor is usable meanwhile and marks
+// misspellings as soon as it is there.
+void PoemEditorPane::loadSpellChecker()
+{
+    auto loaded = std::make_shared<std::unique_ptr<SpellChecker>>();
+    QThread *loader = QThread::create([loaded, language = SpellChecker::languageForInterface()] {
+        *loaded = std::make_unique<SpellChecker>(language);
+    });
+    connect(loader, &QThread::finished, this, [this, loaded] {
+        m_spellChecker = std::move(*loaded);
+        m_view->setSpellChecker(m_spellChecker.get());
+    });
+    connect(loader, &QThread::finished, loader, &QObject::deleteLater);
+    loader->start();
 }
 
 PoemEditorPane::~PoemEditorPane() = default;
@@ -77,7 +93,6 @@ void PoemEditorPane::buildLayout()
     m_findBar->hide();
 
     m_view = new RichPoemTextView(this);
-    m_view->setSpellChecker(m_spellChecker.get());
     m_view->setAppearance(m_appearance);
 
     m_notesPanel = new QWidget(this);

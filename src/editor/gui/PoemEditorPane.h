@@ -66,6 +66,8 @@ public:
     QString findReplaceStatus() const;
     WritingStats stats() const { return m_stats; }
     RichPoemTextView *textView() const { return m_view; }
+    // Null until the dictionary has loaded.
+    SpellChecker *spellChecker() const { return m_spellChecker.get(); }
     FindReplaceBar *findReplaceBar() const { return m_findBar; }
 
 Q_SIGNALS:
@@ -79,6 +81,7 @@ Q_SIGNALS:
 
 private:
     void buildLayout();
+    void loadSpellChecker();
     QToolBar *buildToolBar();
     void connectActions();
     void showCurrentFormat();

@@ -99,7 +99,7 @@ void RichPoemTextView::setSpellChecker(SpellChecker *spellChecker)
 {
     m_spellChecker = spellChecker;
     // The highlighter keeps the checker it was made with; make a new one.
-    delete m_highlighter;
+    delete m_highlighter.data();
     m_highlighter = new PoemTextHighlighter(QTextEdit::document(), m_spellChecker);
     m_highlighter->setSearchHighlight(m_searchHighlight);
 }
