@@ -345,6 +345,14 @@ private Q_SLOTS:
         QCOMPARE(imageCount(*storedDocument(*m_poem)), 2);
         const auto stored = storedDocument(*m_poem);
         QVERIFY(stored->pngData(firstImage(*stored).name()));
+
+        // An image file from the file manager arrives as the image, not as its path.
+        auto *files = new QMimeData;
+        files->setUrls({QUrl::fromLocalFile(path)});
+        QApplication::clipboard()->setMimeData(files);
+        view()->paste();
+        QCOMPARE(imageCount(*storedDocument(*m_poem)), 3);
+        QVERIFY(!m_poem->text()->contains(QStringLiteral("bild.png")));
     }
 
     void rendersInBothAppearances()

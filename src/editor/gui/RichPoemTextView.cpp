@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QImageReader>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
@@ -29,6 +30,20 @@ QByteArray rtfOf(const QMimeData *source)
             return source->data(type);
     }
     return {};
+}
+
+// Image files dropped from a file manager.
+QStringList imageFilesOf(const QMimeData *source)
+{
+    QStringList files;
+    if (!source->hasUrls())
+        return files;
+    for (const QUrl &url : source->urls()) {
+        if (!url.isLocalFile() || QImageReader::imageFormat(url.toLocalFile()).isEmpty())
+            return {};
+        files.append(url.toLocalFile());
+    }
+    return files;
 }
 
 } // namespace
@@ -309,10 +324,28 @@ void RichPoemTextView::addSpellingActions(QMenu *menu, const QPoint &position)
     menu->insertSeparator(first);
 }
 
+// The editing menu is built here rather than taken from Qt, so it speaks German whatever
+// translations the system has.
 void RichPoemTextView::contextMenuEvent(QContextMenuEvent *event)
 {
-    std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
-    addSpellingActions(menu.get(), event->pos());
+    auto menu = std::make_unique<QMenu>();
+    const bool editable = !isReadOnly();
+    const bool selected = textCursor().hasSelection();
+    auto add = [&](const QString &text, const QKeySequence &keys, bool enabled, auto slot) {
+        QAction *action = menu->addAction(text, this, slot);
+        action->setShortcut(keys);
+        action->setEnabled(enabled);
+    };
+    add(tr("Rückgängig"), QKeySequence::Undo, editable && document()->isUndoAvailable(), &QTextEdit::undo);
+    add(tr("Wiederholen"), QKeySequence::Redo, editable && document()->isRedoAvailable(), &QTextEdit::redo);
+    menu->addSeparator();
+    add(tr("Ausschneiden"), QKeySequence::Cut, editable && selected, &QTextEdit::cut);
+    add(tr("Kopieren"), QKeySequence::Copy, selected, &QTextEdit::copy);
+    add(tr("Einfügen"), QKeySequence::Paste, editable && canPaste(), &QTextEdit::paste);
+    menu->addSeparator();
+    add(tr("Alles auswählen"), QKeySequence::SelectAll, true, &QTextEdit::selectAll);
+    if (editable)
+        addSpellingActions(menu.get(), event->pos());
     menu->addSeparator();
     QAction *rhymes = menu->addAction(tr("Reime zum markierten Wort suchen"));
     connect(rhymes, &QAction::triggered, this, &RichPoemTextView::rhymeLookupRequested);
@@ -321,7 +354,8 @@ void RichPoemTextView::contextMenuEvent(QContextMenuEvent *event)
 
 bool RichPoemTextView::canInsertFromMimeData(const QMimeData *source) const
 {
-    return !rtfOf(source).isEmpty() || source->hasImage() || QTextEdit::canInsertFromMimeData(source);
+    return !rtfOf(source).isEmpty() || source->hasImage() || !imageFilesOf(source).isEmpty() ||
+           QTextEdit::canInsertFromMimeData(source);
 }
 
 void RichPoemTextView::insertRichFragment(const QByteArray &rtf)
@@ -344,6 +378,11 @@ void RichPoemTextView::insertFromMimeData(const QMimeData *source)
 {
     if (const QByteArray rtf = rtfOf(source); !rtf.isEmpty()) {
         insertRichFragment(rtf);
+        return;
+    }
+    if (const QStringList files = imageFilesOf(source); !files.isEmpty()) {
+        for (const QString &file : files)
+            apply(RichTextCommand::insertImage(file));
         return;
     }
     if (source->hasImage()) {
