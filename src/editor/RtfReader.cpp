@@ -472,34 +472,38 @@ private:
         textWord(word, parameter);
     }
 
+    // One picture, attachment or shape is read at a time; a second one inside is skipped.
+    template <typename Part> static bool openAt(std::optional<Part> &part, int level)
+    {
+        if (part)
+            return false;
+        part = Part{};
+        part->level = level;
+        return true;
+    }
+
     void beginDestination(Destination destination)
     {
         flushText();
         const int level = int(m_stack.size());
         switch (destination) {
         case Destination::picture:
-            if (m_pictureCount >= maxPictures || m_picture) {
+            if (m_pictureCount >= maxPictures || !openAt(m_picture, level)) {
                 m_state.destination = Destination::skip;
                 return;
             }
-            m_picture = Picture{};
-            m_picture->level = level;
             break;
         case Destination::attachment:
-            if (m_attachment) {
+            if (!openAt(m_attachment, level)) {
                 m_state.destination = Destination::skip;
                 return;
             }
-            m_attachment = Attachment{};
-            m_attachment->level = level;
             break;
         case Destination::shape:
-            if (m_shape) {
+            if (!openAt(m_shape, level)) {
                 m_state.destination = Destination::skip;
                 return;
             }
-            m_shape = Shape{};
-            m_shape->level = level;
             break;
         case Destination::shapeName:
         case Destination::shapeValue:
@@ -965,9 +969,11 @@ private:
         return usable(reader.size());
     }
 
+    // A picture group belongs to the text around it, one level up.
     void insertPicture(const QByteArray &bytes, QSize pixels, double width, double height)
     {
-        if (m_state.destination == Destination::skip)
+        const Destination around = m_stack.empty() ? Destination::text : m_stack.back().destination;
+        if (around == Destination::skip)
             return;
         if (!(width > 0) || !(height > 0)) {
             width = pixels.width();
@@ -1006,11 +1012,7 @@ private:
             width = pixels->width() * picture.scaleX / 100.0;
             height = pixels->height() * picture.scaleY / 100.0;
         }
-        // The picture group belongs to the text around it, one level up.
-        const Destination saved = m_state.destination;
-        m_state.destination = m_stack.empty() ? Destination::text : m_stack.back().destination;
         insertPicture(picture.bytes, *pixels, width, height);
-        m_state.destination = saved;
     }
 
     void shapeWord(const QByteArray &word, int value)
@@ -1052,10 +1054,7 @@ private:
         const auto pixels = imageSize(*found);
         if (!pixels)
             return;
-        const Destination saved = m_state.destination;
-        m_state.destination = m_stack.empty() ? Destination::text : m_stack.back().destination;
         insertPicture(*found, *pixels, attachment.width / 20.0, attachment.height / 20.0);
-        m_state.destination = saved;
     }
 
     const uchar *m_data;

@@ -24,6 +24,25 @@ QPixmap canvas()
     return pixmap;
 }
 
+struct Lettering {
+    int pixelSize = 22;
+    bool bold = false;
+    bool italic = false;
+    bool underline = false;
+};
+
+void drawLetters(QPainter &painter, const QRect &box, const QString &text, const Lettering &style)
+{
+    QFont font = QApplication::font();
+    font.setPixelSize(style.pixelSize);
+    font.setBold(style.bold);
+    font.setItalic(style.italic);
+    font.setUnderline(style.underline);
+    painter.setFont(font);
+    painter.setPen(ink());
+    painter.drawText(box, Qt::AlignCenter, text);
+}
+
 } // namespace
 
 QIcon EditorIcons::alignment(Qt::Alignment alignment)
@@ -62,14 +81,7 @@ QIcon EditorIcons::letter(const QString &letter, bool bold, bool italic, bool un
     QPixmap pixmap = canvas();
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::TextAntialiasing);
-    QFont font = QApplication::font();
-    font.setPixelSize(22);
-    font.setBold(bold);
-    font.setItalic(italic);
-    font.setUnderline(underline);
-    painter.setFont(font);
-    painter.setPen(ink());
-    painter.drawText(pixmap.rect(), Qt::AlignCenter, letter);
+    drawLetters(painter, pixmap.rect(), letter, {22, bold, italic, underline});
     return QIcon(pixmap);
 }
 
@@ -78,12 +90,7 @@ QIcon EditorIcons::clearFormatting()
     QPixmap pixmap = canvas();
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
-    QFont font = QApplication::font();
-    font.setPixelSize(22);
-    font.setItalic(true);
-    painter.setFont(font);
-    painter.setPen(ink());
-    painter.drawText(QRect(0, 0, 26, 30), Qt::AlignCenter, QStringLiteral("T"));
+    drawLetters(painter, QRect(0, 0, 26, 30), QStringLiteral("T"), {22, false, true, false});
     painter.setPen(QPen(AppTheme::systemRed(), 2.6, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(19, 19, 28, 28);
     painter.drawLine(28, 19, 19, 28);
@@ -95,12 +102,7 @@ QIcon EditorIcons::spelling()
     QPixmap pixmap = canvas();
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
-    QFont font = QApplication::font();
-    font.setPixelSize(13);
-    font.setBold(true);
-    painter.setFont(font);
-    painter.setPen(ink());
-    painter.drawText(QRect(0, 2, 32, 18), Qt::AlignCenter, QStringLiteral("ABC"));
+    drawLetters(painter, QRect(0, 2, 32, 18), QStringLiteral("ABC"), {13, true, false, false});
     QPainterPath wave;
     wave.moveTo(3, 25);
     for (int x = 3; x < 29; x += 4)
