@@ -103,3 +103,26 @@ Result<void> PoemRichText::appendImage(const QString &imagePath, PoemTextDocumen
     cursor.endEditBlock();
     return {};
 }
+
+std::unique_ptr<PoemTextDocument> PoemRichText::bodyOf(const std::optional<QByteArray> &richTextData,
+                                                       const std::optional<QString> &text)
+{
+    if (richTextData) {
+        if (auto decoded = decode(*richTextData); decoded && decoded->characterCount() > 1)
+            return decoded;
+    }
+    return fromPlainText(text.value_or(QString()));
+}
+
+Result<StoredPoemText> PoemRichText::appendingImage(const QString &imagePath,
+                                                    const std::optional<QByteArray> &richTextData,
+                                                    const std::optional<QString> &text)
+{
+    auto body = bodyOf(richTextData, text);
+    if (auto appended = appendImage(imagePath, *body); !appended)
+        return appended.error();
+    auto encoded = encode(*body);
+    if (!encoded)
+        return encoded.error();
+    return StoredPoemText{std::move(*encoded), plainText(*body)};
+}

@@ -7,8 +7,15 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class QTextDocument;
+
+// Both forms of a poem body as the record stores them.
+struct StoredPoemText {
+    QByteArray richTextData;
+    QString text;
+};
 
 // The stored form of a poem's formatted text (richTextData) and its plain companion.
 // richTextData is RTF written by this program; reading also accepts RTF from other programs
@@ -35,4 +42,13 @@ public:
     // Appends the image file in its own centred paragraph at the end, fitted into a
     // 500 × 650 box and kept as PNG.
     static Result<void> appendImage(const QString &imagePath, PoemTextDocument &document);
+    // The image import's step: the stored body (formatted when it decodes, else built from
+    // the plain text) with the image appended, in both forms.
+    static Result<StoredPoemText> appendingImage(const QString &imagePath,
+                                                 const std::optional<QByteArray> &richTextData,
+                                                 const std::optional<QString> &text);
+    // The body to edit for a record: its formatted text when that decodes to something,
+    // else its plain text.
+    static std::unique_ptr<PoemTextDocument> bodyOf(const std::optional<QByteArray> &richTextData,
+                                                    const std::optional<QString> &text);
 };

@@ -401,6 +401,20 @@ private Q_SLOTS:
             if (!folder.isEmpty())
                 QVERIFY(shot.save(QDir(folder).filePath(QStringLiteral("editor-%1.png").arg(rawValue(appearance)))));
         }
+
+        m_pane->resize(1300, 700);
+        m_pane->setWriterNotesVisible(true);
+        m_pane->setFocusMode(true);
+        QVERIFY(!m_pane->findChild<QToolBar *>()->isVisible());
+        QVERIFY(!m_pane->findChild<QPlainTextEdit *>()->isVisible());
+        // The text keeps a comfortable line length in the middle.
+        QTRY_VERIFY(view()->width() < 1000);
+        if (!folder.isEmpty())
+            QVERIFY(m_pane->grab().save(QDir(folder).filePath(QStringLiteral("editor-focus.png"))));
+        m_pane->setFocusMode(false);
+        QVERIFY(m_pane->findChild<QPlainTextEdit *>()->isVisible());
+        if (!folder.isEmpty())
+            QVERIFY(m_pane->grab().save(QDir(folder).filePath(QStringLiteral("editor-notes.png"))));
     }
 };
 

@@ -430,6 +430,31 @@ private Q_SLOTS:
         QCOMPARE(imageCount(*document), 1);
     }
 
+    void theImageImportAppendsToTheFormattedOrThePlainBody()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("import.png"));
+        QVERIFY(patternImage(1000, 500).save(path));
+        auto formatted = PoemRichText::fromPlainText(QStringLiteral("Reich"));
+        QTextCursor bold(formatted.get());
+        bold.select(QTextCursor::Document);
+        QTextCharFormat heavy;
+        heavy.setFontWeight(QFont::Bold);
+        bold.mergeCharFormat(heavy);
+
+        const auto onRich =
+            PoemRichText::appendingImage(path, *PoemRichText::encode(*formatted), QStringLiteral("alt"));
+        QVERIFY(onRich.ok());
+        QCOMPARE(onRich->text, QStringLiteral("Reich\n") + QChar(QChar::ObjectReplacementCharacter));
+        const auto stored = PoemRichText::decode(onRich->richTextData);
+        QCOMPARE(formatOf(*stored, QStringLiteral("Reich")).fontWeight(), int(QFont::Bold));
+        QCOMPARE(firstImage(*stored).width(), 500.0);
+
+        const auto onPlain = PoemRichText::appendingImage(path, QByteArray("kaputt"), QStringLiteral("Schlicht"));
+        QVERIFY(onPlain.ok());
+        QCOMPARE(onPlain->text, QStringLiteral("Schlicht\n") + QChar(QChar::ObjectReplacementCharacter));
+        QVERIFY(!PoemRichText::appendingImage(m_dir.filePath(QStringLiteral("fehlt.png")), std::nullopt, std::nullopt));
+    }
+
     void plainTextBecomesTheDefaultAttributes()
     {
         const QString text = QStringLiteral("Erste Zeile\nZweite Zeile\r\n\nDritte");

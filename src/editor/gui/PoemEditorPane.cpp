@@ -62,6 +62,7 @@ PoemEditorPane::PoemEditorPane(ArchiveContext &context, QWidget *parent)
     : QWidget(parent), m_context(context), m_actions(new PoemEditorActions(this))
 {
     buildLayout();
+    setAppearance(m_appearance);
     connectActions();
     connect(&m_context, &ArchiveContext::contextDidChange, this, &PoemEditorPane::reloadIfNeeded);
     setPoem(nullptr);
@@ -93,7 +94,6 @@ void PoemEditorPane::buildLayout()
     m_findBar->hide();
 
     m_view = new RichPoemTextView(this);
-    m_view->setAppearance(m_appearance);
 
     m_notesPanel = new QWidget(this);
     auto *notesLayout = new QVBoxLayout(m_notesPanel);
@@ -108,13 +108,17 @@ void PoemEditorPane::buildLayout()
     notesLayout->addWidget(m_notes);
     m_notesPanel->hide();
 
-    auto *editorArea = new QWidget(this);
-    auto *editorLayout = new QHBoxLayout(editorArea);
+    // Around a narrowed text (focus mode) the writing surface goes on to the edges.
+    m_editorArea = new QWidget(this);
+    m_editorArea->setAutoFillBackground(true);
+    auto *editorLayout = new QHBoxLayout(m_editorArea);
     editorLayout->setContentsMargins(0, 0, 0, 0);
-    editorLayout->addWidget(m_view);
+    editorLayout->addStretch(0);
+    editorLayout->addWidget(m_view, 1);
+    editorLayout->addStretch(0);
 
     m_splitter = new QSplitter(Qt::Horizontal, this);
-    m_splitter->addWidget(editorArea);
+    m_splitter->addWidget(m_editorArea);
     m_splitter->addWidget(m_notesPanel);
     m_splitter->setStretchFactor(0, 3);
     m_splitter->setStretchFactor(1, 1);
@@ -415,6 +419,9 @@ void PoemEditorPane::setAppearance(EditorAppearance appearance)
 {
     m_appearance = appearance;
     m_view->setAppearance(appearance);
+    QPalette surface = m_editorArea->palette();
+    surface.setColor(QPalette::Window, surfaceColor(appearance));
+    m_editorArea->setPalette(surface);
     const QSignalBlocker blocker(m_actions->paperAppearance);
     m_actions->paperAppearance->setChecked(appearance == EditorAppearance::paper);
     // A read-only text carries the appearance's colour in its characters.
@@ -500,6 +507,7 @@ void PoemEditorPane::updateChrome()
     m_statsBar->setVisible(!m_isFocusMode);
     m_view->setMaximumWidth(m_isFocusMode ? focusModeTextWidth + 2 * int(textInset(m_appearance).width())
                                           : QWIDGETSIZE_MAX);
+    layout()->activate();
 }
 
 void PoemEditorPane::chooseImage()

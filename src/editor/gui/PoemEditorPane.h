@@ -122,6 +122,7 @@ private:
     QToolBar *m_toolBar = nullptr;
     FindReplaceBar *m_findBar = nullptr;
     RichPoemTextView *m_view = nullptr;
+    QWidget *m_editorArea = nullptr;
     QWidget *m_notesPanel = nullptr;
     QPlainTextEdit *m_notes = nullptr;
     QSplitter *m_splitter = nullptr;
