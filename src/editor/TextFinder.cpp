@@ -73,7 +73,7 @@ FindOutcome TextFinder::find(QTextCursor &cursor, const QString &term, bool back
     return {true, 0, {}};
 }
 
-QTextCharFormat TextFinder::replacementFormat(const QTextDocument &document, int position)
+QTextCharFormat TextFinder::replacementFormat(const QTextDocument &document, int position, const QString &editorFamily)
 {
     const int last = qMax(0, document.characterCount() - 1);
     QTextCursor probe(const_cast<QTextDocument *>(&document));
@@ -82,7 +82,7 @@ QTextCharFormat TextFinder::replacementFormat(const QTextDocument &document, int
     if (format.isImageFormat())
         format = QTextCharFormat();
     if (format.fontFamilies().toStringList().isEmpty())
-        format.setFontFamilies({WriterTypingAttributes::editorFontFamily()});
+        format.setFontFamilies({editorFamily});
     if (!(format.fontPointSize() > 0))
         format.setFontPointSize(WriterTypingAttributes::defaultPointSize);
     return format;
@@ -95,7 +95,8 @@ FindOutcome TextFinder::replaceCurrent(QTextCursor &cursor, const QString &term,
     if (cursor.hasSelection()) {
         QString selected = cursor.selectedText();
         if (TextComparison::equalsIgnoringCaseAndDiacritics(selected, term)) {
-            const QTextCharFormat format = replacementFormat(*cursor.document(), cursor.selectionStart());
+            const QTextCharFormat format = replacementFormat(*cursor.document(), cursor.selectionStart(),
+                                                             WriterTypingAttributes::editorFontFamily());
             cursor.beginEditBlock();
             cursor.insertText(replacement, format);
             cursor.endEditBlock();
@@ -113,11 +114,12 @@ FindOutcome TextFinder::replaceAll(QTextCursor &cursor, const QString &term, con
     const QList<TextRange> matches = FoldedText(documentText(document)).matches(term);
     if (matches.isEmpty())
         return {false, 0, replacedAllStatus(0)};
+    const QString editorFamily = WriterTypingAttributes::editorFontFamily();
     QTextCursor editor(&document);
     editor.beginEditBlock();
     // Back to front, so the positions of the matches still to come stay valid.
     for (auto it = matches.crbegin(); it != matches.crend(); ++it) {
-        const QTextCharFormat format = replacementFormat(document, it->start);
+        const QTextCharFormat format = replacementFormat(document, it->start, editorFamily);
         editor.setPosition(it->start);
         editor.setPosition(it->end, QTextCursor::KeepAnchor);
         editor.insertText(replacement, format);

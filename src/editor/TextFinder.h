@@ -36,5 +36,5 @@ public:
     static QString replacedAllStatus(int count);
 
 private:
-    static QTextCharFormat replacementFormat(const QTextDocument &document, int position);
+    static QTextCharFormat replacementFormat(const QTextDocument &document, int position, const QString &editorFamily);
 };
