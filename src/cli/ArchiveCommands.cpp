@@ -9,6 +9,7 @@
 #include "cli/CliInvocation.h"
 #include "cli/CliTexts.h"
 #include "cli/PoemLookup.h"
+#include "editor/PoemRichText.h"
 #include "matching/FuzzyMatcher.h"
 #include "matching/TitleKey.h"
 
@@ -77,6 +78,14 @@ int applyFieldOptions(CliInvocation &cli, ArchiveContext &context, Poem &poem, c
             return cli.usageError(QStringLiteral("--date takes YYYY-MM-DD"));
         date = day.startOfDay().toUTC();
     }
+    // The formatted text is written with the plain one, as the editor would store it.
+    std::optional<QByteArray> richText;
+    if (text) {
+        auto encoded = PoemRichText::encodePlainText(*text);
+        if (!encoded)
+            return cli.fail(tr("Speichern fehlgeschlagen: %1").arg(encoded.errorMessage()));
+        richText = std::move(*encoded);
+    }
     std::optional<bool> published;
     std::optional<bool> podcast;
     if (options.published && !(published = parseBool(*options.published)))
@@ -90,9 +99,8 @@ int applyFieldOptions(CliInvocation &cli, ArchiveContext &context, Poem &poem, c
             if (options.title)
                 PoemEdit::setTitle(p, *options.title);
             if (text && p.text() != text) {
+                p.setRichTextData(richText);
                 p.setText(*text);
-                // A new plain text replaces the formatted one, which would otherwise win on display.
-                p.setRichTextData(std::nullopt);
             }
             if (options.category)
                 p.setCategory(*options.category);

@@ -18,3 +18,4 @@ std::vector<CliCommand> archiveCommands();
 std::vector<CliCommand> backupCommands();
 std::vector<CliCommand> importCommands();
 std::vector<CliCommand> libraryCommands();
+std::vector<CliCommand> editorCommands();

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "editor/EditorAppearance.h"
+#include "editor/RichTextCommand.h"
+
+#include <QPointer>
+#include <QTextEdit>
+#include <QTimer>
+
+#include <memory>
+
+class PoemTextDocument;
+class PoemTextHighlighter;
+class SpellChecker;
+
+// The rich-text editor of a poem body. Toolbar and menus never touch the text themselves:
+// they send RichTextCommands, each applied here as one undo step. Spelling and the search
+// highlight are drawn in the layout only.
+class RichPoemTextView : public QTextEdit {
+    Q_OBJECT
+
+public:
+    explicit RichPoemTextView(QWidget *parent = nullptr);
+    ~RichPoemTextView() override;
+
+    // Takes the document over; the previous one is deleted.
+    void setPoemDocument(std::unique_ptr<PoemTextDocument> document);
+    PoemTextDocument *poemDocument() const;
+
+    void setSpellChecker(SpellChecker *spellChecker);
+    void setSearchHighlight(const QString &term);
+    void setAppearance(EditorAppearance appearance);
+    EditorAppearance appearance() const { return m_appearance; }
+
+    // Applies a command; an image that cannot be read is reported through imageFailed.
+    void apply(const RichTextCommand &command);
+    // The width text is laid out in, in points.
+    double textWidth() const;
+    // Selects the next misspelt word after the cursor; false when there is none.
+    bool selectNextMisspelling();
+    // The selection, or the word at the cursor.
+    QString wordForLookup() const;
+
+Q_SIGNALS:
+    void imageFailed(const QString &message);
+    void rhymeLookupRequested();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    bool canInsertFromMimeData(const QMimeData *source) const override;
+    void insertFromMimeData(const QMimeData *source) override;
+    QMimeData *createMimeDataFromSelection() const override;
+
+private:
+    void applyInsets();
+    void keepTypingAttributesComplete();
+    void restartCaretBlink();
+    void insertRichFragment(const QByteArray &rtf);
+    void addSpellingActions(QMenu *menu, const QPoint &position);
+
+    QPointer<PoemTextHighlighter> m_highlighter;
+    SpellChecker *m_spellChecker = nullptr;
+    QString m_searchHighlight;
+    EditorAppearance m_appearance = EditorAppearance::standard;
+    QTextCharFormat m_defaults;
+    QTimer m_caretBlink;
+    bool m_caretShown = true;
+};
