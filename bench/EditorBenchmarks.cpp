@@ -1,6 +1,5 @@
 #include "ArchiveFixtures.h"
 
-#include "archive/ApplicationSupport.h"
 #include "archive/PersistenceController.h"
 #include "archive/PoemFactory.h"
 #include "editor/PoemRichText.h"
@@ -10,7 +9,6 @@
 #include "editor/SpellChecker.h"
 
 #include <QFile>
-#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <QRandomGenerator>

@@ -83,7 +83,7 @@ int applyFieldOptions(CliInvocation &cli, ArchiveContext &context, Poem &poem, c
     if (text) {
         auto encoded = PoemRichText::encodePlainText(*text);
         if (!encoded)
-            return cli.fail(tr("Speichern fehlgeschlagen: %1").arg(encoded.errorMessage()));
+            return cli.fail(CliTexts::tr("Speichern fehlgeschlagen: %1").arg(encoded.errorMessage()));
         richText = std::move(*encoded);
     }
     std::optional<bool> published;

@@ -1,16 +1,11 @@
 #include "archive/AppPreferences.h"
 #include "cli/CliCommand.h"
 #include "cli/CliInvocation.h"
+#include "cli/CliTexts.h"
 #include "editor/RhymeProvider.h"
 
-#include <QCoreApplication>
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("odeleaf-cli", text);
-}
 
 int runRhymeUrl(CliInvocation &cli)
 {
@@ -32,7 +27,7 @@ int runRhymeUrl(CliInvocation &cli)
     const QString word = RhymeLookup::normalizedRhymeWord(cli.positional().at(0));
     const auto url = RhymeLookup::url(provider, word);
     if (!url)
-        return cli.fail(tr("Gib ein Wort ein, zu dem OdeLeaf Reime suchen soll."));
+        return cli.fail(CliTexts::tr("Gib ein Wort ein, zu dem OdeLeaf Reime suchen soll."));
     cli.print(QString::fromLatin1(url->toEncoded()));
     return 0;
 }
