@@ -15,6 +15,8 @@
 #include "app/gui/TrashDialog.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/PersistenceController.h"
+#include "editor/gui/PoemEditorPane.h"
+#include "editor/gui/RichPoemTextView.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -64,8 +66,7 @@ QString residentMemory()
 void measureTyping(MainWindow &window)
 {
     window.selectPoem(window.library().poemAt(0));
-    QWidget *fields[] = {window.detailView()->titleField(),
-                         window.detailView()->findChild<QPlainTextEdit *>(QStringLiteral("poemText"))};
+    QWidget *fields[] = {window.detailView()->titleField(), window.detailView()->editorPane()->textView()};
     for (QWidget *field : fields) {
         field->setFocus();
         QElapsedTimer timer;

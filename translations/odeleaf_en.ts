@@ -283,6 +283,17 @@
         <source>Gedicht liegt nicht im Papierkorb: %1</source>
         <translation>Poem is not in the Trash: %1</translation>
     </message>
+    <message>
+        <source>Gib ein Wort ein, zu dem OdeLeaf Reime suchen soll.</source>
+        <translation>Enter a word for OdeLeaf to find rhymes for.</translation>
+    </message>
+</context>
+<context>
+    <name>DisplayedPoemText</name>
+    <message>
+        <source>— kein Text —</source>
+        <translation>— no text —</translation>
+    </message>
 </context>
 <context>
     <name>DocxPackage</name>
@@ -336,6 +347,17 @@
     <message>
         <source>Dokumenttypdefinitionen werden nicht gelesen.</source>
         <translation>Document type definitions are not read.</translation>
+    </message>
+</context>
+<context>
+    <name>EditorAppearance</name>
+    <message>
+        <source>Papier</source>
+        <translation>Paper</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
     </message>
 </context>
 <context>
@@ -422,6 +444,37 @@ What I expected:
 OdeLeaf %1
 %2 (%3)
 Qt %4</translation>
+    </message>
+</context>
+<context>
+    <name>FindReplaceBar</name>
+    <message>
+        <source>Suchen</source>
+        <translation>Find</translation>
+    </message>
+    <message>
+        <source>Ersetzen durch</source>
+        <translation>Replace with</translation>
+    </message>
+    <message>
+        <source>Vorheriger Treffer</source>
+        <translation>Previous Match</translation>
+    </message>
+    <message>
+        <source>Nächster Treffer</source>
+        <translation>Next Match</translation>
+    </message>
+    <message>
+        <source>Ersetzen</source>
+        <translation>Replace</translation>
+    </message>
+    <message>
+        <source>Alle ersetzen</source>
+        <translation>Replace All</translation>
+    </message>
+    <message>
+        <source>Suche schließen</source>
+        <translation>Close Find Bar</translation>
     </message>
 </context>
 <context>
@@ -935,17 +988,25 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>ParagraphSpacingOption</name>
+    <message>
+        <source>Eng</source>
+        <translation>Tight</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>Luftig</source>
+        <translation>Airy</translation>
+    </message>
+</context>
+<context>
     <name>PersistenceController</name>
     <message>
         <source>Archiv konnte nicht geöffnet werden: %1</source>
         <translation>Archive could not be opened: %1</translation>
-    </message>
-</context>
-<context>
-    <name>PlainPoemBodyEditor</name>
-    <message>
-        <source>Hier entsteht dein Gedicht …</source>
-        <translation>Your poem takes shape here…</translation>
     </message>
 </context>
 <context>
@@ -1029,6 +1090,215 @@ Qt %4</translation>
     <message>
         <source>Nicht gespeichert: %1</source>
         <translation>Not saved: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PoemEditorActions</name>
+    <message>
+        <source>Rückgängig</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>Wiederholen</source>
+        <translation>Redo</translation>
+    </message>
+    <message>
+        <source>Fett</source>
+        <translation>Bold</translation>
+    </message>
+    <message>
+        <source>F</source>
+        <comment>bold button</comment>
+        <translation>B</translation>
+    </message>
+    <message>
+        <source>Kursiv</source>
+        <translation>Italic</translation>
+    </message>
+    <message>
+        <source>K</source>
+        <comment>italic button</comment>
+        <translation>I</translation>
+    </message>
+    <message>
+        <source>Unterstrichen</source>
+        <translation>Underline</translation>
+    </message>
+    <message>
+        <source>U</source>
+        <comment>underline button</comment>
+        <translation>U</translation>
+    </message>
+    <message>
+        <source>Schrift größer</source>
+        <translation>Bigger Font</translation>
+    </message>
+    <message>
+        <source>Schrift kleiner</source>
+        <translation>Smaller Font</translation>
+    </message>
+    <message>
+        <source>Linksbündig</source>
+        <translation>Align Left</translation>
+    </message>
+    <message>
+        <source>Zentriert</source>
+        <translation>Center</translation>
+    </message>
+    <message>
+        <source>Rechtsbündig</source>
+        <translation>Align Right</translation>
+    </message>
+    <message>
+        <source>Formatierung entfernen</source>
+        <translation>Remove Formatting</translation>
+    </message>
+    <message>
+        <source>Rechtschreibung prüfen</source>
+        <translation>Check Spelling</translation>
+    </message>
+    <message>
+        <source>Standardabschluss einfügen</source>
+        <translation>Insert Standard Closing</translation>
+    </message>
+    <message>
+        <source>Bildunterschrift einfügen</source>
+        <translation>Insert Caption</translation>
+    </message>
+    <message>
+        <source>Abschnittsmarke einfügen</source>
+        <translation>Insert Section Mark</translation>
+    </message>
+    <message>
+        <source>Bild in das Gedicht einfügen</source>
+        <translation>Insert Image into Poem</translation>
+    </message>
+    <message>
+        <source>Suchen und ersetzen</source>
+        <translation>Find and Replace</translation>
+    </message>
+    <message>
+        <source>Nächster Treffer</source>
+        <translation>Next Match</translation>
+    </message>
+    <message>
+        <source>Vorheriger Treffer</source>
+        <translation>Previous Match</translation>
+    </message>
+    <message>
+        <source>Ersetzen …</source>
+        <translation>Replace …</translation>
+    </message>
+    <message>
+        <source>Reime…</source>
+        <translation>Rhymes…</translation>
+    </message>
+    <message>
+        <source>Reime zum markierten Wort suchen</source>
+        <translation>Find Rhymes for the Selected Word</translation>
+    </message>
+    <message>
+        <source>Notizen</source>
+        <translation>Notes</translation>
+    </message>
+    <message>
+        <source>Schreibmodus</source>
+        <translation>Writing Mode</translation>
+    </message>
+    <message>
+        <source>Fokusmodus</source>
+        <translation>Focus Mode</translation>
+    </message>
+    <message>
+        <source>Werkzeugleiste ausblenden</source>
+        <translation>Hide Toolbar</translation>
+    </message>
+    <message>
+        <source>Papieransicht</source>
+        <translation>Paper View</translation>
+    </message>
+    <message>
+        <source>Gedicht als neue Variante duplizieren</source>
+        <translation>Duplicate Poem as New Variant</translation>
+    </message>
+    <message>
+        <source>Textfarbe</source>
+        <translation>Text Color</translation>
+    </message>
+    <message>
+        <source>Zeilen- und Absatzabstand</source>
+        <translation>Line and Paragraph Spacing</translation>
+    </message>
+    <message>
+        <source>Bildgröße ändern</source>
+        <translation>Change Image Size</translation>
+    </message>
+    <message>
+        <source>Reime</source>
+        <translation>Rhymes</translation>
+    </message>
+    <message>
+        <source>Einfügen</source>
+        <translation>Insert</translation>
+    </message>
+    <message>
+        <source>Ansicht</source>
+        <translation>View</translation>
+    </message>
+    <message>
+        <source>Textformatierung</source>
+        <translation>Text Formatting</translation>
+    </message>
+</context>
+<context>
+    <name>PoemEditorPane</name>
+    <message>
+        <source>Gespeichert</source>
+        <translation>Saved</translation>
+    </message>
+    <message>
+        <source>Notizen</source>
+        <translation>Notes</translation>
+    </message>
+    <message>
+        <source>Gedanken, Quellen, Fassungen …</source>
+        <translation>Thoughts, sources, versions …</translation>
+    </message>
+    <message>
+        <source>Textformatierung</source>
+        <translation>Text Formatting</translation>
+    </message>
+    <message>
+        <source>Farbe</source>
+        <translation>Color</translation>
+    </message>
+    <message>
+        <source>Abstand</source>
+        <translation>Spacing</translation>
+    </message>
+    <message>
+        <source>Einfügen</source>
+        <translation>Insert</translation>
+    </message>
+    <message>
+        <source>Ansicht</source>
+        <translation>View</translation>
+    </message>
+    <message>
+        <source>Bild konnte nicht gespeichert werden: %1</source>
+        <translation>Image could not be saved: %1</translation>
+    </message>
+    <message>
+        <source>Formatierter Text konnte nicht gespeichert werden: %1</source>
+        <translation>Formatted text could not be saved: %1</translation>
+    </message>
+    <message>
+        <source>Wähle ein Bild, das an der aktuellen Cursorposition eingefügt werden soll.</source>
+        <translation>Choose an image to insert at the current cursor position.</translation>
+    </message>
+    <message>
+        <source>Bilder (*.png *.jpg *.jpeg *.gif *.bmp *.webp)</source>
+        <translation>Images (*.png *.jpg *.jpeg *.gif *.bmp *.webp)</translation>
     </message>
 </context>
 <context>
@@ -1122,6 +1392,24 @@ Qt %4</translation>
     <message>
         <source>%1 von %2 Gedichten</source>
         <translation>%1 of %2 poems</translation>
+    </message>
+</context>
+<context>
+    <name>PoemPieces</name>
+    <message>
+        <source>Bildunterschrift</source>
+        <translation>Caption</translation>
+    </message>
+</context>
+<context>
+    <name>PoemRichText</name>
+    <message>
+        <source>Bild konnte nicht gelesen werden: %1 (%2)</source>
+        <translation>Image could not be read: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Ein Bild des Gedichts konnte nicht gelesen werden.</source>
+        <translation>An image of the poem could not be read.</translation>
     </message>
 </context>
 <context>
@@ -1273,6 +1561,83 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>RhymeWordDialog</name>
+    <message>
+        <source>Reime suchen</source>
+        <translation>Find Rhymes</translation>
+    </message>
+    <message>
+        <source>Gib ein Wort ein, zu dem OdeLeaf Reime suchen soll.</source>
+        <translation>Enter a word for OdeLeaf to find rhymes for.</translation>
+    </message>
+    <message>
+        <source>Wort</source>
+        <translation>Word</translation>
+    </message>
+    <message>
+        <source>Suchen</source>
+        <translation>Find</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>RichPoemTextView</name>
+    <message>
+        <source>Keine Vorschläge</source>
+        <translation>No Suggestions</translation>
+    </message>
+    <message>
+        <source>Wort ignorieren</source>
+        <translation>Ignore Word</translation>
+    </message>
+    <message>
+        <source>Rückgängig</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>Wiederholen</source>
+        <translation>Redo</translation>
+    </message>
+    <message>
+        <source>Ausschneiden</source>
+        <translation>Cut</translation>
+    </message>
+    <message>
+        <source>Kopieren</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>Einfügen</source>
+        <translation>Paste</translation>
+    </message>
+    <message>
+        <source>Alles auswählen</source>
+        <translation>Select All</translation>
+    </message>
+    <message>
+        <source>Reime zum markierten Wort suchen</source>
+        <translation>Find Rhymes for the Selected Word</translation>
+    </message>
+</context>
+<context>
+    <name>RichTextEditing</name>
+    <message>
+        <source>„%1“ ist kein lesbares Bild (%2).</source>
+        <translation>“%1” is not a readable image (%2).</translation>
+    </message>
+    <message>
+        <source>Der Text kann keine Bilder aufnehmen.</source>
+        <translation>The text cannot hold images.</translation>
+    </message>
+    <message>
+        <source>Das Bild ist leer.</source>
+        <translation>The image is empty.</translation>
+    </message>
+</context>
+<context>
     <name>SearchMode</name>
     <message>
         <source>Titel</source>
@@ -1323,6 +1688,56 @@ Qt %4</translation>
     <message>
         <source>Keine aktuellen Meldungen.</source>
         <translation>No recent messages.</translation>
+    </message>
+</context>
+<context>
+    <name>TextColorOption</name>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Gold</source>
+        <translation>Gold</translation>
+    </message>
+    <message>
+        <source>Grau</source>
+        <translation>Gray</translation>
+    </message>
+    <message>
+        <source>Rot</source>
+        <translation>Red</translation>
+    </message>
+    <message>
+        <source>Blau</source>
+        <translation>Blue</translation>
+    </message>
+    <message>
+        <source>Grün</source>
+        <translation>Green</translation>
+    </message>
+</context>
+<context>
+    <name>TextFinder</name>
+    <message>
+        <source>Kein Suchbegriff</source>
+        <translation>No search term</translation>
+    </message>
+    <message>
+        <source>Nicht gefunden</source>
+        <translation>Not found</translation>
+    </message>
+    <message>
+        <source>Ersetzt</source>
+        <translation>Replaced</translation>
+    </message>
+    <message>
+        <source>1 Treffer ersetzt</source>
+        <translation>1 match replaced</translation>
+    </message>
+    <message>
+        <source>%1 Treffer ersetzt</source>
+        <translation>%1 matches replaced</translation>
     </message>
 </context>
 <context>
@@ -1478,6 +1893,40 @@ Qt %4</translation>
     <message>
         <source>Die Suche nach Updates ist fehlgeschlagen: %1</source>
         <translation>Checking for updates failed: %1</translation>
+    </message>
+</context>
+<context>
+    <name>WriterImageSize</name>
+    <message>
+        <source>Klein</source>
+        <translation>Small</translation>
+    </message>
+    <message>
+        <source>Mittel</source>
+        <translation>Medium</translation>
+    </message>
+    <message>
+        <source>Seitenbreite</source>
+        <translation>Page Width</translation>
+    </message>
+</context>
+<context>
+    <name>WritingStatsBar</name>
+    <message>
+        <source>Wörter</source>
+        <translation>Words</translation>
+    </message>
+    <message>
+        <source>Zeichen</source>
+        <translation>Characters</translation>
+    </message>
+    <message>
+        <source>Zeilen</source>
+        <translation>Lines</translation>
+    </message>
+    <message>
+        <source>Strophen</source>
+        <translation>Stanzas</translation>
     </message>
 </context>
 </TS>

@@ -14,6 +14,10 @@
 #include "archive/ArchiveContext.h"
 #include "archive/PersistenceController.h"
 #include "archive/PoemFactory.h"
+#include "editor/PoemRichText.h"
+#include "editor/PoemTextDocument.h"
+#include "editor/gui/PoemEditorPane.h"
+#include "editor/gui/RichPoemTextView.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemModel>
@@ -33,6 +37,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 #include <QToolBar>
 
@@ -126,7 +131,7 @@ private Q_SLOTS:
         QTRY_VERIFY(title->hasFocus());
         QTest::keyClicks(title, QStringLiteral("Abendlied"));
         QCOMPARE(window.detailView()->saveStatus(), QStringLiteral("Gespeichert"));
-        auto *body = window.detailView()->findChild<QPlainTextEdit *>(QStringLiteral("poemText"));
+        QWidget *body = window.detailView()->editorPane()->textView();
         QTest::keyClicks(body, QStringLiteral("Der Mond ist aufgegangen"));
         const PoemPtr poem = window.selectedPoem();
         QCOMPARE(poem->title(), std::optional<QString>(QStringLiteral("Abendlied")));
@@ -289,6 +294,38 @@ private Q_SLOTS:
         QCOMPARE(
             QDir(m_dir.filePath(QStringLiteral("Safety Backups"))).entryList({QStringLiteral("daily-*.json")}).size(),
             1);
+    }
+
+    void detailEditorFormatsSavesAndSharesTheWindowsKeys()
+    {
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter fallen"));
+        MainWindow &window = openWindow();
+        window.selectPoem(window.library().poemAt(0));
+        RichPoemTextView *body = window.detailView()->editorPane()->textView();
+        body->setFocus();
+        QTRY_VERIFY(body->hasFocus());
+
+        QTest::keyClick(body, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(body, Qt::Key_B, Qt::ControlModifier);
+        const PoemPtr poem = window.selectedPoem();
+        QVERIFY(poem->richTextData().has_value());
+        QVERIFY(PoemRichText::decode(*poem->richTextData())->begin().begin().fragment().charFormat().fontWeight() >=
+                QFont::Bold);
+        QCOMPARE(poem->text(), std::optional<QString>(QStringLiteral("Blätter fallen")));
+        QCOMPARE(window.detailView()->saveStatus(), QStringLiteral("Gespeichert"));
+
+        // Ctrl+Z reaches the text (it is not swallowed as an ambiguous shortcut).
+        QTest::keyClick(body, Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(PoemRichText::decode(*poem->richTextData())->begin().begin().fragment().charFormat().fontWeight() <
+                QFont::Bold);
+
+        // Ctrl+F searches the poem from its text and the archive from anywhere else.
+        QTest::keyClick(body, Qt::Key_F, Qt::ControlModifier);
+        QVERIFY(window.detailView()->editorPane()->isFindReplaceVisible());
+        window.listPane()->listView()->setFocus();
+        QTest::keyClick(window.listPane()->listView(), Qt::Key_F, Qt::ControlModifier);
+        QTRY_VERIFY(window.listPane()->searchField()->hasFocus());
+        QVERIFY(!m_store->viewContext().hasChanges());
     }
 
     void failedDetailSaveIsReportedAndNotClaimed()

@@ -15,6 +15,8 @@
 #include "app/gui/UpdatePresenter.h"
 #include "app/gui/WindowStyle.h"
 #include "archive/ArchiveContext.h"
+#include "editor/gui/PoemEditorActions.h"
+#include "editor/gui/PoemEditorPane.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -135,6 +137,8 @@ void MainWindow::buildColumns()
     connect(m_detail, &PoemDetailView::duplicateRequested, this, [this] { duplicatePoem(m_detail->poem()); });
     connect(m_detail, &PoemDetailView::trashRequested, this, [this] { moveToTrash(m_detail->poem()); });
     connect(m_detail, &PoemDetailView::leaveWriterModeRequested, this, [this] { setWriterMode(false); });
+    connect(m_detail, &PoemDetailView::writerModeRequested, this, &MainWindow::setWriterMode);
+    connect(m_detail, &PoemDetailView::statusMessage, this, &MainWindow::setStatus);
 }
 
 void MainWindow::buildActions()
@@ -167,6 +171,12 @@ void MainWindow::buildActions()
     m_findAction = new QAction(tr("Suchen"), this);
     m_findAction->setShortcut(QKeySequence::Find);
     connect(m_findAction, &QAction::triggered, this, [this] {
+        // In the poem's text, Ctrl+F searches the poem; everywhere else, the archive.
+        PoemEditorPane *editor = m_detail->editorPane();
+        if (editor->isAncestorOf(QApplication::focusWidget()) && editor->poem()) {
+            editor->actions()->find->trigger();
+            return;
+        }
         setWriterMode(false);
         m_listPane->focusSearch();
     });
@@ -244,6 +254,12 @@ void MainWindow::buildMenus()
     }
     m_viewMenu->addSeparator();
     m_viewMenu->addAction(m_writerModeAction);
+    const PoemEditorActions *editorActions = m_detail->editorPane()->actions();
+    m_viewMenu->addAction(editorActions->toggleFocusMode);
+    m_viewMenu->addAction(editorActions->toggleToolbar);
+    m_viewMenu->addAction(editorActions->toggleNotes);
+    menuBar()->addMenu(m_detail->editorPane()->formattingMenu());
+    menuBar()->addMenu(editorActions->insertMenu);
 
     m_helpMenu = menuBar()->addMenu(tr("&Hilfe"));
     m_checkUpdatesAction = m_helpMenu->addAction(tr("Nach Updates suchen…"));
@@ -316,6 +332,7 @@ void MainWindow::reloadRows()
     m_contextChangeTimer.stop();
     m_browser.reloadRows();
     showRows();
+    m_detail->setSearchHighlight(m_browser.searchText.trimmed());
 }
 
 void MainWindow::showRows()

@@ -1,10 +1,11 @@
 #include "app/gui/PoemDetailView.h"
 
-#include "app/gui/PlainPoemBodyEditor.h"
 #include "app/gui/ThemeIcon.h"
 #include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
 #include "archive/PoemEdit.h"
+#include "editor/gui/PoemEditorPane.h"
+#include "editor/gui/RichPoemTextView.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -40,11 +41,6 @@ QFrame *rule(QWidget *parent)
 }
 
 } // namespace
-
-PoemBodyEditor *PoemDetailView::createBodyEditor(QWidget *parent)
-{
-    return new PlainPoemBodyEditor(parent);
-}
 
 PoemDetailView::PoemDetailView(ArchiveContext &context, QWidget *parent) : QWidget(parent), m_context(context)
 {
@@ -198,14 +194,23 @@ QWidget *PoemDetailView::makeEditorPage()
     layout->addLayout(meta);
     layout->addWidget(rule(page));
 
-    m_body = createBodyEditor(page);
-    connect(m_body, &PoemBodyEditor::bodyChanged, this,
-            [this] { applyEdit([this](Poem &poem) { m_body->applyTo(poem); }); });
-    layout->addWidget(m_body, 1);
+    // The editor pane writes the text itself (formatted and plain in step, one save per edit).
+    m_editor = new PoemEditorPane(m_context, page);
+    connect(m_editor, &PoemEditorPane::saveStatusChanged, this,
+            [this](const QString &status) { setSaveStatus(status, status != tr("Gespeichert")); });
+    connect(m_editor, &PoemEditorPane::poemChanged, this, [this] { Q_EMIT poemChanged(); });
+    connect(m_editor, &PoemEditorPane::duplicateRequested, this, &PoemDetailView::duplicateRequested);
+    connect(m_editor, &PoemEditorPane::statusMessage, this, &PoemDetailView::statusMessage);
+    connect(m_editor, &PoemEditorPane::writerModeChanged, this, &PoemDetailView::writerModeRequested);
+    layout->addWidget(m_editor, 1);
 
-    layout->addWidget(rule(page));
-    layout->addWidget(fieldLabel(tr("Notizen"), page));
-    m_notes = new QPlainTextEdit(page);
+    m_notesSection = new QWidget(page);
+    auto *notesLayout = new QVBoxLayout(m_notesSection);
+    notesLayout->setContentsMargins(0, 0, 0, 0);
+    notesLayout->setSpacing(10);
+    notesLayout->addWidget(rule(m_notesSection));
+    notesLayout->addWidget(fieldLabel(tr("Notizen"), m_notesSection));
+    m_notes = new QPlainTextEdit(m_notesSection);
     m_notes->setObjectName(QStringLiteral("notesField"));
     m_notes->setPlaceholderText(tr("Gedanken, Quellen, Fassungen – nur für dich"));
     m_notes->setFixedHeight(78);
@@ -216,7 +221,8 @@ QWidget *PoemDetailView::makeEditorPage()
         const QString notes = m_notes->toPlainText();
         applyEdit([notes](Poem &poem) { poem.setWriterNotes(notes); });
     });
-    layout->addWidget(m_notes);
+    notesLayout->addWidget(m_notes);
+    layout->addWidget(m_notesSection);
 
     auto *footer = new QHBoxLayout;
     footer->setSpacing(8);
@@ -242,12 +248,13 @@ void PoemDetailView::showPoem(const PoemPtr &poem)
     setSaveStatus(QString(), false);
     if (!m_poem) {
         m_pages->setCurrentIndex(0);
-        m_body->clear();
+        m_editor->setPoem(nullptr);
         return;
     }
     reloadCategories();
     showFields();
-    m_body->showPoem(*m_poem);
+    m_editor->setEditable(!m_poem->isInTrash());
+    m_editor->setPoem(m_poem);
     m_pages->setCurrentIndex(1);
 }
 
@@ -279,7 +286,7 @@ void PoemDetailView::refreshFromPoem()
         const QSignalBlocker blocker(m_category);
         m_category->setEditText(typedCategory);
     }
-    m_body->refreshFromPoem(*m_poem);
+    // The editor pane follows saved changes of its poem by itself.
 }
 
 void PoemDetailView::reloadCategories()
@@ -344,6 +351,11 @@ QString PoemDetailView::saveStatus() const
 void PoemDetailView::setWriterMode(bool active)
 {
     m_writerBar->setVisible(active);
+    // In writer mode the notes live in the editor's own notes pane, shown on demand.
+    m_notesSection->setVisible(!active);
+    m_editor->setWriterMode(active);
+    if (!active)
+        m_editor->setWriterNotesVisible(false);
     // A line of verse reads best in a column, not across a whole screen.
     m_column->setMaximumWidth(active ? writerColumnWidth : QWIDGETSIZE_MAX);
 }
@@ -353,7 +365,12 @@ void PoemDetailView::focusTitle()
     m_title->setFocus(Qt::OtherFocusReason);
 }
 
+void PoemDetailView::setSearchHighlight(const QString &text)
+{
+    m_editor->setSearchHighlight(text);
+}
+
 void PoemDetailView::focusBody()
 {
-    m_body->focusText();
+    m_editor->textView()->setFocus(Qt::OtherFocusReason);
 }

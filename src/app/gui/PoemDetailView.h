@@ -7,7 +7,7 @@
 #include <functional>
 
 class ArchiveContext;
-class PoemBodyEditor;
+class PoemEditorPane;
 class QCheckBox;
 class QComboBox;
 class QDateEdit;
@@ -45,18 +45,20 @@ public:
     QCheckBox *noDateToggle() const { return m_noDate; }
     QDateEdit *dateField() const { return m_date; }
     QPlainTextEdit *notesField() const { return m_notes; }
-    PoemBodyEditor *bodyEditor() const { return m_body; }
+    PoemEditorPane *editorPane() const { return m_editor; }
+    // The library's search text, marked in the body for display only.
+    void setSearchHighlight(const QString &text);
 
 Q_SIGNALS:
     void poemChanged();
     void duplicateRequested();
     void trashRequested();
     void leaveWriterModeRequested();
+    void writerModeRequested(bool active);
+    // A one-line outcome for the window's status line (e.g. an image that could not be read).
+    void statusMessage(const QString &message);
 
 private:
-    // The one place that decides which editor holds the poem's text.
-    static PoemBodyEditor *createBodyEditor(QWidget *parent);
-
     QWidget *makeEditorPage();
     QWidget *makePlaceholderPage();
     void applyEdit(const std::function<void(Poem &)> &change);
@@ -79,7 +81,8 @@ private:
     QCheckBox *m_published = nullptr;
     QCheckBox *m_podcast = nullptr;
     QPlainTextEdit *m_notes = nullptr;
-    PoemBodyEditor *m_body = nullptr;
+    PoemEditorPane *m_editor = nullptr;
+    QWidget *m_notesSection = nullptr;
     QLabel *m_saveStatus = nullptr;
     QPushButton *m_duplicate = nullptr;
     QPushButton *m_trash = nullptr;

@@ -13,8 +13,10 @@
 
 PoemEditorActions::PoemEditorActions(QWidget *owner) : QObject(owner), m_owner(owner)
 {
-    undo = make(tr("Rückgängig"), QKeySequence::Undo);
-    redo = make(tr("Wiederholen"), QKeySequence::Redo);
+    // Ctrl+Z and Shift+Ctrl+Z reach the text view itself (and the window's Edit menu); a second
+    // binding here would make the keys ambiguous.
+    undo = make(tr("Rückgängig"), QKeySequence());
+    redo = make(tr("Wiederholen"), QKeySequence());
     bold = makeToggle(tr("Fett"), QKeySequence::Bold);
     bold->setIcon(EditorIcons::letter(tr("F", "bold button"), true, false, false));
     italic = makeToggle(tr("Kursiv"), QKeySequence::Italic);
@@ -43,7 +45,8 @@ PoemEditorActions::PoemEditorActions(QWidget *owner) : QObject(owner), m_owner(o
     insertCaption = make(tr("Bildunterschrift einfügen"));
     insertDivider = make(tr("Abschnittsmarke einfügen"));
     insertImage = make(tr("Bild in das Gedicht einfügen"));
-    find = make(tr("Suchen und ersetzen"), QKeySequence::Find);
+    // Ctrl+F belongs to the window, which sends it here while the editor has the focus.
+    find = make(tr("Suchen und ersetzen"), QKeySequence());
     find->setIcon(EditorIcons::find());
     findNext = make(tr("Nächster Treffer"), QKeySequence::FindNext);
     findPrevious = make(tr("Vorheriger Treffer"), QKeySequence::FindPrevious);
@@ -53,7 +56,7 @@ PoemEditorActions::PoemEditorActions(QWidget *owner) : QObject(owner), m_owner(o
     toggleNotes = makeToggle(tr("Notizen"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
     toggleNotes->setIcon(EditorIcons::notes());
     toggleWriterMode = makeToggle(tr("Schreibmodus"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M));
-    toggleFocusMode = makeToggle(tr("Fokusmodus"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+    toggleFocusMode = makeToggle(tr("Fokusmodus"), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_F));
     toggleToolbar = makeToggle(tr("Werkzeugleiste ausblenden"));
     paperAppearance = makeToggle(tr("Papieransicht"));
     duplicate = make(tr("Gedicht als neue Variante duplizieren"));
