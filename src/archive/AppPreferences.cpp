@@ -109,7 +109,9 @@ QString AppPreferences::interfaceLanguage()
     if (!chosen.isEmpty())
         return chosen.first() == QLatin1String("en") ? QStringLiteral("en") : QStringLiteral("de");
     // The interface is written in German; any other system language gets the English one.
-    return QLocale::system().language() == QLocale::German ? QStringLiteral("de") : QStringLiteral("en");
+    // A bare C locale names no language at all, so the program's own language applies.
+    const QLocale::Language system = QLocale::system().language();
+    return system == QLocale::German || system == QLocale::C ? QStringLiteral("de") : QStringLiteral("en");
 }
 
 std::optional<QString> AppPreferences::searchMode()

@@ -4,6 +4,7 @@
 #include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
 #include "archive/PoemEdit.h"
+#include "editor/EditorAppearance.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
 
@@ -196,6 +197,8 @@ QWidget *PoemDetailView::makeEditorPage()
 
     // The editor pane writes the text itself (formatted and plain in step, one save per edit).
     m_editor = new PoemEditorPane(m_context, page);
+    // The library window is light; the paper appearance is the one that belongs on it.
+    m_editor->setAppearance(EditorAppearance::paper);
     connect(m_editor, &PoemEditorPane::saveStatusChanged, this,
             [this](const QString &status) { setSaveStatus(status, status != tr("Gespeichert")); });
     connect(m_editor, &PoemEditorPane::poemChanged, this, [this] { Q_EMIT poemChanged(); });

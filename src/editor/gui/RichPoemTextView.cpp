@@ -126,6 +126,16 @@ void RichPoemTextView::setSearchHighlight(const QString &term)
         m_highlighter->setSearchHighlight(term);
 }
 
+bool RichPoemTextView::event(QEvent *event)
+{
+    const bool handled = QTextEdit::event(event);
+    // An application style sheet hands the widget its own palette when it polishes it; the
+    // appearance's colours go back on afterwards.
+    if (event->type() == QEvent::Polish || event->type() == QEvent::StyleChange)
+        setAppearance(m_appearance);
+    return handled;
+}
+
 void RichPoemTextView::setAppearance(EditorAppearance appearance)
 {
     m_appearance = appearance;
