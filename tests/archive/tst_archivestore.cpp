@@ -1,3 +1,5 @@
+#include "StoreFaults.h"
+
 #include "archive/ArchiveContext.h"
 #include "archive/PersistenceController.h"
 #include "archive/PoemEdit.h"
@@ -10,25 +12,12 @@
 #include <QTest>
 #include <QTimeZone>
 
-#include <sqlite3.h>
 
 namespace {
 
 QDateTime at(int hour, int minute = 0, int second = 0)
 {
     return QDateTime(QDate(2026, 11, 14), QTime(hour, minute, second), Qt::UTC);
-}
-
-void execute(const QString &path, const char *sql)
-{
-    sqlite3 *db = nullptr;
-    QCOMPARE(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
-    char *error = nullptr;
-    const int rc = sqlite3_exec(db, sql, nullptr, nullptr, &error);
-    const QString message = error ? QString::fromUtf8(error) : QString();
-    sqlite3_free(error);
-    sqlite3_close(db);
-    QVERIFY2(rc == SQLITE_OK, qPrintable(message));
 }
 
 QByteArray fileHash(const QString &path)
@@ -155,7 +144,7 @@ private Q_SLOTS:
         QVERIFY(context.save().ok());
 
         // The second insert of the transaction fails after the update has run.
-        execute(path, "CREATE TRIGGER refuse BEFORE INSERT ON poem WHEN NEW.title = 'Drei' "
+        executeOnStore(path, "CREATE TRIGGER refuse BEFORE INSERT ON poem WHEN NEW.title = 'Drei' "
                       "BEGIN SELECT RAISE(ABORT, 'disk says no'); END");
         first->setTitle(QStringLiteral("Eins geändert"));
         context.insertPoem()->setTitle(QStringLiteral("Zwei"));
@@ -172,7 +161,7 @@ private Q_SLOTS:
             QCOMPARE(*stored.first()->title(), QStringLiteral("Eins"));
         }
 
-        execute(path, "DROP TRIGGER refuse");
+        executeOnStore(path, "DROP TRIGGER refuse");
         QVERIFY(context.save().ok());
         auto reopened = openStore(path);
         QCOMPARE(reopened->viewContext().fetch().size(), 3);
@@ -196,7 +185,7 @@ private Q_SLOTS:
     void previousSchemaVersionIsMigratedWithoutLosingRows()
     {
         const QString path = storePath("version1.sqlite");
-        execute(path, "CREATE TABLE poem (pk INTEGER PRIMARY KEY, id TEXT, title TEXT, title_normalized TEXT, "
+        executeOnStore(path, "CREATE TABLE poem (pk INTEGER PRIMARY KEY, id TEXT, title TEXT, title_normalized TEXT, "
                       "text TEXT, rich_text_data BLOB, category TEXT, date INTEGER, "
                       "is_published INTEGER NOT NULL DEFAULT 0, external_id TEXT, created_at INTEGER, "
                       "updated_at INTEGER, deleted_at INTEGER);"
@@ -248,7 +237,7 @@ private Q_SLOTS:
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write(garbage);
         } else {
-            execute(path, sql.constData());
+            executeOnStore(path, sql.constData());
         }
         const QByteArray before = fileHash(path);
         const auto opened = PersistenceController::open(path);
