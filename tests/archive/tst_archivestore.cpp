@@ -12,7 +12,6 @@
 #include <QTest>
 #include <QTimeZone>
 
-
 namespace {
 
 QDateTime at(int hour, int minute = 0, int second = 0)
@@ -145,7 +144,7 @@ private Q_SLOTS:
 
         // The second insert of the transaction fails after the update has run.
         executeOnStore(path, "CREATE TRIGGER refuse BEFORE INSERT ON poem WHEN NEW.title = 'Drei' "
-                      "BEGIN SELECT RAISE(ABORT, 'disk says no'); END");
+                             "BEGIN SELECT RAISE(ABORT, 'disk says no'); END");
         first->setTitle(QStringLiteral("Eins geändert"));
         context.insertPoem()->setTitle(QStringLiteral("Zwei"));
         context.insertPoem()->setTitle(QStringLiteral("Drei"));
@@ -185,14 +184,15 @@ private Q_SLOTS:
     void previousSchemaVersionIsMigratedWithoutLosingRows()
     {
         const QString path = storePath("version1.sqlite");
-        executeOnStore(path, "CREATE TABLE poem (pk INTEGER PRIMARY KEY, id TEXT, title TEXT, title_normalized TEXT, "
-                      "text TEXT, rich_text_data BLOB, category TEXT, date INTEGER, "
-                      "is_published INTEGER NOT NULL DEFAULT 0, external_id TEXT, created_at INTEGER, "
-                      "updated_at INTEGER, deleted_at INTEGER);"
-                      "INSERT INTO poem (pk, id, title, title_normalized, text, is_published, updated_at) VALUES "
-                      "(7, '6F1C2A53-3D0E-4E43-9C7B-0B6E2B4D1A11', 'Herbst', 'herbst', 'Blätter', 1, 1763100000000),"
-                      "(9, NULL, '', '', NULL, 0, NULL);"
-                      "PRAGMA user_version=1;");
+        executeOnStore(path,
+                       "CREATE TABLE poem (pk INTEGER PRIMARY KEY, id TEXT, title TEXT, title_normalized TEXT, "
+                       "text TEXT, rich_text_data BLOB, category TEXT, date INTEGER, "
+                       "is_published INTEGER NOT NULL DEFAULT 0, external_id TEXT, created_at INTEGER, "
+                       "updated_at INTEGER, deleted_at INTEGER);"
+                       "INSERT INTO poem (pk, id, title, title_normalized, text, is_published, updated_at) VALUES "
+                       "(7, '6F1C2A53-3D0E-4E43-9C7B-0B6E2B4D1A11', 'Herbst', 'herbst', 'Blätter', 1, 1763100000000),"
+                       "(9, NULL, '', '', NULL, 0, NULL);"
+                       "PRAGMA user_version=1;");
         auto controller = openStore(path);
         QVERIFY(controller);
         const auto poems = controller->viewContext().fetch();

@@ -1,5 +1,6 @@
 #include "CliRunner.h"
 
+#include <QJsonDocument>
 #include <QProcess>
 
 CliOutcome CliRunner::run(const QStringList &arguments, const QByteArray &input) const
@@ -14,4 +15,12 @@ CliOutcome CliRunner::run(const QStringList &arguments, const QByteArray &input)
     outcome.out = QString::fromUtf8(process.readAllStandardOutput());
     outcome.err = QString::fromUtf8(process.readAllStandardError());
     return outcome;
+}
+
+QJsonObject CliRunner::show(const QString &id) const
+{
+    const CliOutcome shown = run({QStringLiteral("show"), id});
+    if (shown.exitCode != 0)
+        return {};
+    return QJsonDocument::fromJson(shown.out.toUtf8()).object();
 }

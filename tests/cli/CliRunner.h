@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +16,8 @@ class CliRunner {
 public:
     explicit CliRunner(QString dataDir) : m_dataDir(std::move(dataDir)) {}
     CliOutcome run(const QStringList &arguments, const QByteArray &input = {}) const;
+    // The poem as "show" prints it; empty when the command failed.
+    QJsonObject show(const QString &id) const;
     QString dataDir() const { return m_dataDir; }
 
 private:

@@ -13,14 +13,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<CliRunner> m_cli;
 
-    QJsonObject show(const QString &id)
-    {
-        const CliOutcome shown = m_cli->run({QStringLiteral("show"), id});
-        if (shown.exitCode != 0)
-            return {};
-        return QJsonDocument::fromJson(shown.out.toUtf8()).object();
-    }
-
 private Q_SLOTS:
     void init()
     {
@@ -43,7 +35,7 @@ private Q_SLOTS:
 
         const CliOutcome raw = m_cli->run({QStringLiteral("show"), id});
         QVERIFY(raw.out.contains(QStringLiteral("\"text\" : \"Erste Zeile\\nZweite\\/Zeile\"")));
-        QJsonObject poem = show(id);
+        QJsonObject poem = m_cli->show(id);
         QCOMPARE(poem.value(QStringLiteral("titleNormalized")).toString(), QStringLiteral("ueber den fluss"));
         QCOMPARE(poem.value(QStringLiteral("isPublished")).toBool(), true);
         QCOMPARE(poem.value(QStringLiteral("inPodcast")).toBool(), false);
@@ -56,7 +48,7 @@ private Q_SLOTS:
                                            QStringLiteral("true"), QStringLiteral("--notes"), QString()});
         QCOMPARE(set.exitCode, 0);
         QCOMPARE(set.out, QStringLiteral("Gespeichert\n"));
-        poem = show(id);
+        poem = m_cli->show(id);
         QCOMPARE(poem.value(QStringLiteral("inPodcast")).toBool(), true);
         QCOMPARE(poem.value(QStringLiteral("writerNotes")).toString(QStringLiteral("absent")), QString());
         QCOMPARE(poem.value(QStringLiteral("titleNormalized")).toString(), QStringLiteral("ueber den fluss"));
@@ -82,7 +74,7 @@ private Q_SLOTS:
             m_cli->run({QStringLiteral("set"), added.out.trimmed(), QStringLiteral("--date"), QStringLiteral("gestern"),
                         QStringLiteral("--title"), QStringLiteral("y")});
         QCOMPARE(badDate.exitCode, 2);
-        QCOMPARE(show(added.out.trimmed()).value(QStringLiteral("title")).toString(), QStringLiteral("x"));
+        QCOMPARE(m_cli->show(added.out.trimmed()).value(QStringLiteral("title")).toString(), QStringLiteral("x"));
     }
 
     void unreadableStoreIsReportedAndKept()
@@ -142,11 +134,11 @@ private Q_SLOTS:
         QCOMPARE(
             m_cli->run({QStringLiteral("category-rename"), QStringLiteral("Lyrik"), QStringLiteral("Verse")}).exitCode,
             0);
-        QCOMPARE(show(id).value(QStringLiteral("category")).toString(), QStringLiteral("Verse"));
+        QCOMPARE(m_cli->show(id).value(QStringLiteral("category")).toString(), QStringLiteral("Verse"));
         QCOMPARE(m_cli->run({QStringLiteral("prefs"), QStringLiteral("get"), QStringLiteral("poemCategories")}).out,
                  QStringLiteral("[\"Verse\"]\n"));
         QCOMPARE(m_cli->run({QStringLiteral("category-remove"), QStringLiteral("Verse")}).exitCode, 0);
-        const QJsonObject poem = show(id);
+        const QJsonObject poem = m_cli->show(id);
         QVERIFY(poem.contains(QStringLiteral("category")));
         QCOMPARE(poem.value(QStringLiteral("category")).toString(), QString());
     }

@@ -15,12 +15,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<CliRunner> m_cli;
 
-    QJsonObject show(const QString &id)
-    {
-        const CliOutcome shown = m_cli->run({QStringLiteral("show"), id});
-        return QJsonDocument::fromJson(shown.out.toUtf8()).object();
-    }
-
     QString storedRichText(const QJsonObject &poem)
     {
         const QByteArray data =
@@ -90,13 +84,13 @@ private Q_SLOTS:
                                              QStringLiteral("--text"), QStringLiteral("Erste Zeile\nZweite Zeile")});
         QCOMPARE(added.exitCode, 0);
         const QString id = added.out.trimmed();
-        QCOMPARE(storedRichText(show(id)), QStringLiteral("Erste Zeile\nZweite Zeile"));
+        QCOMPARE(storedRichText(m_cli->show(id)), QStringLiteral("Erste Zeile\nZweite Zeile"));
 
         QCOMPARE(
             m_cli->run({QStringLiteral("set"), id, QStringLiteral("--text"), QStringLiteral("Neu\n\nÜber {alles}")})
                 .exitCode,
             0);
-        const QJsonObject poem = show(id);
+        const QJsonObject poem = m_cli->show(id);
         QCOMPARE(poem.value(QStringLiteral("text")).toString(), QStringLiteral("Neu\n\nÜber {alles}"));
         QCOMPARE(storedRichText(poem), QStringLiteral("Neu\n\nÜber {alles}"));
 
@@ -104,7 +98,7 @@ private Q_SLOTS:
         const QString before = poem.value(QStringLiteral("richTextData")).toString();
         QCOMPARE(
             m_cli->run({QStringLiteral("set"), id, QStringLiteral("--category"), QStringLiteral("Lyrik")}).exitCode, 0);
-        QCOMPARE(show(id).value(QStringLiteral("richTextData")).toString(), before);
+        QCOMPARE(m_cli->show(id).value(QStringLiteral("richTextData")).toString(), before);
     }
 };
 
