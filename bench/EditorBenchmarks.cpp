@@ -24,6 +24,8 @@ namespace {
 // Something like a photograph: smooth shapes with sensor noise, which PNG cannot squeeze.
 QImage photoLikeImage(int width, int height, quint32 seed)
 {
+    if (width <= 0 || height <= 0)
+        return {}; // the baseline run: a poem without a picture
     QImage image(width, height, QImage::Format_RGB32);
     QPainter painter(&image);
     QLinearGradient sky(0, 0, 0, height);
