@@ -1,5 +1,7 @@
 #include "backup/JsonCursor.h"
 
+#include "archive/HexDigit.h"
+
 #include <QCoreApplication>
 
 #include <charconv>
@@ -8,17 +10,6 @@
 namespace {
 
 constexpr std::size_t maximumDepth = 256;
-
-int hexValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
 
 void appendUtf8(QByteArray &out, char32_t code)
 {
@@ -313,7 +304,7 @@ bool JsonCursor::unescape(QByteArrayView raw, QByteArray &out)
             return -1;
         int value = 0;
         for (qsizetype i = at; i < at + 4; ++i) {
-            const int digit = hexValue(raw[i]);
+            const int digit = hexDigitValue(raw[i]);
             if (digit < 0)
                 return -1;
             value = value * 16 + digit;

@@ -1,5 +1,7 @@
 #include "editor/RtfReader.h"
 
+#include "archive/HexDigit.h"
+
 #include "editor/PoemTextDocument.h"
 #include "editor/RtfCodePage.h"
 
@@ -111,19 +113,10 @@ const std::array<qint16, 65536> &hexPairTable()
     static const auto table = [] {
         std::array<qint16, 65536> t{};
         t.fill(-1);
-        auto value = [](int c) {
-            if (c >= '0' && c <= '9')
-                return c - '0';
-            if (c >= 'a' && c <= 'f')
-                return c - 'a' + 10;
-            if (c >= 'A' && c <= 'F')
-                return c - 'A' + 10;
-            return -1;
-        };
         for (int a = 0; a < 256; ++a) {
             for (int b = 0; b < 256; ++b) {
-                const int high = value(a);
-                const int low = value(b);
+                const int high = hexDigitValue(a);
+                const int low = hexDigitValue(b);
                 if (high >= 0 && low >= 0)
                     t[size_t(a | (b << 8))] = qint16(high * 16 + low);
             }
@@ -131,17 +124,6 @@ const std::array<qint16, 65536> &hexPairTable()
         return t;
     }();
     return table;
-}
-
-int hexValue(uchar c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
 }
 
 bool isLetter(uchar c)
@@ -286,7 +268,7 @@ public:
             case '\n':
                 break;
             default:
-                if (m_state.destination == Destination::picture && hexValue(c) >= 0) {
+                if (m_state.destination == Destination::picture && hexDigitValue(c) >= 0) {
                     --m_pos;
                     readHexRun();
                 } else {
@@ -385,8 +367,8 @@ private:
         switch (c) {
         case '\'': {
             if (m_pos + 1 < m_size) {
-                const int high = hexValue(m_data[m_pos]);
-                const int low = hexValue(m_data[m_pos + 1]);
+                const int high = hexDigitValue(m_data[m_pos]);
+                const int low = hexDigitValue(m_data[m_pos + 1]);
                 m_pos += 2;
                 if (high >= 0 && low >= 0)
                     textByte(uchar(high * 16 + low));
@@ -909,7 +891,7 @@ private:
                     continue;
                 }
             }
-            const int nibble = hexValue(c);
+            const int nibble = hexDigitValue(c);
             if (nibble < 0)
                 return;
             ++m_pos;
