@@ -447,36 +447,35 @@ bool JsonCursor::scanNumber(QByteArrayView &raw)
     const qsizetype start = m_pos;
     const auto at = [this](qsizetype i) { return i < m_document.size() ? m_document[i] : '\0'; };
     qsizetype i = m_pos;
-    if (at(i) == '-')
-        ++i;
-    if (at(i) == '0') {
-        ++i;
-    } else if (isDigit(at(i))) {
+    // One or more digits, or the position of the first character that should have been one.
+    const auto digits = [&at, &i] {
+        if (!isDigit(at(i)))
+            return false;
         while (isDigit(at(i)))
             ++i;
-    } else {
+        return true;
+    };
+    const auto invalid = [this, &i] {
         m_pos = i;
         return fail(tr("ungültige Zahl"));
-    }
+    };
+    if (at(i) == '-')
+        ++i;
+    if (at(i) == '0')
+        ++i;
+    else if (!digits())
+        return invalid();
     if (at(i) == '.') {
         ++i;
-        if (!isDigit(at(i))) {
-            m_pos = i;
-            return fail(tr("ungültige Zahl"));
-        }
-        while (isDigit(at(i)))
-            ++i;
+        if (!digits())
+            return invalid();
     }
     if (at(i) == 'e' || at(i) == 'E') {
         ++i;
         if (at(i) == '+' || at(i) == '-')
             ++i;
-        if (!isDigit(at(i))) {
-            m_pos = i;
-            return fail(tr("ungültige Zahl"));
-        }
-        while (isDigit(at(i)))
-            ++i;
+        if (!digits())
+            return invalid();
     }
     raw = m_document.sliced(start, i - start);
     m_pos = i;

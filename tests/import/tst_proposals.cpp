@@ -1,3 +1,5 @@
+#include "MatchingFixtures.h"
+
 #include "archive/PoemValues.h"
 #include "import/DocumentBatchImporter.h"
 #include "import/ProposalFilter.h"
@@ -11,14 +13,6 @@
 #include <random>
 
 namespace {
-
-QList<PoemSnapshotEntry> snapshotOf(const QStringList &titles)
-{
-    QList<PoemSnapshotEntry> poems;
-    for (const QString &title : titles)
-        poems.append({QUuid::createUuid(), title});
-    return poems;
-}
 
 QList<ScannedFile> filesNamed(const QStringList &names)
 {

@@ -1,17 +1,11 @@
+#include "MatchingFixtures.h"
+
 #include "matching/FuzzyMatcher.h"
 #include "matching/TitleIndex.h"
 
 #include <QTest>
 
 namespace {
-
-QList<PoemSnapshotEntry> snapshotOf(const QStringList &titles)
-{
-    QList<PoemSnapshotEntry> poems;
-    for (const QString &title : titles)
-        poems.append({QUuid::createUuid(), title});
-    return poems;
-}
 
 QList<QUuid> idsOf(const QList<PoemSnapshotEntry> &poems, qsizetype from = 0, qsizetype count = -1)
 {
