@@ -24,6 +24,13 @@
     </message>
 </context>
 <context>
+    <name>AtomicFileWriter</name>
+    <message>
+        <source>Der Ordner „%1“ konnte nicht angelegt werden.</source>
+        <translation>The folder “%1” could not be created.</translation>
+    </message>
+</context>
+<context>
     <name>BackupActions</name>
     <message>
         <source>Backup erstellen</source>
@@ -67,10 +74,6 @@
 </context>
 <context>
     <name>BackupExporter</name>
-    <message>
-        <source>Der Ordner „%1“ konnte nicht angelegt werden.</source>
-        <translation>The folder “%1” could not be created.</translation>
-    </message>
     <message>
         <source>Die Datei „%1“ konnte nicht geschrieben werden: %2</source>
         <translation>The file “%1” could not be written: %2</translation>

@@ -1,42 +1,21 @@
 #include "backup/BackupExporter.h"
 
 #include "archive/ApplicationSupport.h"
+#include "archive/AtomicFileWriter.h"
 #include "backup/BackupEncoder.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSaveFile>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace {
-
-constexpr QFileDevice::Permissions ownerOnlyFile = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-constexpr QFileDevice::Permissions ownerOnlyFolder =
-    QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
-
-// The rename is durable only once the folder's entry is on disk as well.
-void syncFolder(const QString &folder)
-{
-    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return;
-    ::fsync(descriptor);
-    ::close(descriptor);
-}
 
 Result<QString> ensureSafetyBackupFolder()
 {
     const QString folder = BackupExporter::automaticBackupDirectory();
-    if (QFileInfo(folder).isDir())
-        return folder;
-    if (!QDir().mkpath(folder))
-        return Error{
-            BackupExporter::tr("Der Ordner „%1“ konnte nicht angelegt werden.").arg(QDir::toNativeSeparators(folder))};
-    QFile::setPermissions(folder, ownerOnlyFolder);
+    if (auto ensured = AtomicFileWriter::ensurePrivateFolder(folder); !ensured)
+        return ensured.error();
     return folder;
 }
 
@@ -48,21 +27,10 @@ Result<void> BackupExporter::writeDocument(const Backup &backup, const QString &
     const auto failure = [&fileName](const QString &reason) {
         return Error{BackupExporter::tr("Die Datei „%1“ konnte nicht geschrieben werden: %2").arg(fileName, reason)};
     };
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return failure(file.errorString());
-    // Restricted before the first byte: a backup holds every unpublished poem.
-    if (!file.setPermissions(ownerOnlyFile)) {
-        file.cancelWriting();
-        return failure(file.errorString());
-    }
-    if (auto written = BackupEncoder::write(backup, file); !written) {
-        file.cancelWriting();
+    const auto written = AtomicFileWriter::write(
+        path, [&backup](QIODevice &device) -> Result<void> { return BackupEncoder::write(backup, device); });
+    if (!written)
         return failure(written.errorMessage());
-    }
-    if (!file.commit())
-        return failure(file.errorString());
-    syncFolder(QFileInfo(path).absolutePath());
     return {};
 }
 
