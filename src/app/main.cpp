@@ -1,3 +1,4 @@
+#include "app/ProgramFiles.h"
 #include "app/UpdateManager.h"
 #include "app/gui/AppIcon.h"
 #include "app/gui/ArchiveOperations.h"
@@ -25,7 +26,7 @@ void installTranslators(QApplication &app)
     if (language != QLatin1String("en"))
         return;
     auto *own = new QTranslator(&app);
-    if (own->load(QStringLiteral(":/i18n/odeleaf_en.qm")))
+    if (own->load(QStringLiteral("odeleaf_en"), ProgramFiles::translationsDirectory()))
         QApplication::installTranslator(own);
 }
 
@@ -37,7 +38,7 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("OdeLeaf"));
     QApplication::setApplicationDisplayName(QStringLiteral("OdeLeaf"));
     QApplication::setApplicationVersion(QStringLiteral(ODELEAF_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("odeleaf"));
+    QApplication::setDesktopFileName(QStringLiteral(ODELEAF_APP_ID));
     QApplication::setWindowIcon(AppIcon::icon());
     ThemeIcon::useDesktopTheme();
     installTranslators(app);

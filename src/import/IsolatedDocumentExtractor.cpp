@@ -1,11 +1,11 @@
 #include "import/IsolatedDocumentExtractor.h"
 
+#include "app/ProgramFiles.h"
 #include "import/ExtractError.h"
 
 #include <QCoreApplication>
 #include <QDataStream>
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QFileInfo>
 #include <QIODevice>
 #include <QProcess>
@@ -81,7 +81,7 @@ IsolatedDocumentExtractor::~IsolatedDocumentExtractor()
 
 QString IsolatedDocumentExtractor::helperPath()
 {
-    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("odeleaf-extract"));
+    return ProgramFiles::helperExecutable();
 }
 
 int IsolatedDocumentExtractor::defaultTimeoutMilliseconds(const QString &path)
