@@ -1,8 +1,9 @@
 BUILD_DIR ?= build
 CMAKE_FLAGS ?= -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
 JOBS ?= $(shell nproc)
+PREFIX ?= /usr/local
 
-.PHONY: all deps configure build run test bench format clean
+.PHONY: all deps configure build run test bench format clean install deb
 
 all: build
 
@@ -22,6 +23,13 @@ run: build
 
 test: build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
+
+# DESTDIR stages the installation below another folder, as packagers do.
+install: build
+	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_DIR) --prefix "$(PREFIX)"
+
+deb: build
+	cd $(BUILD_DIR) && cpack -G DEB
 
 bench: build
 	@scripts/run-benchmarks $(BUILD_DIR)
