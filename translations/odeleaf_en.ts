@@ -17,17 +17,49 @@
     </message>
 </context>
 <context>
-    <name>ApplicationSupport</name>
+    <name>AppPreferences</name>
     <message>
-        <source>Ordner konnte nicht angelegt werden: %1</source>
-        <translation>Could not create folder: %1</translation>
+        <source>Die Einstellungen konnten nicht gespeichert werden: %1</source>
+        <translation>The settings could not be saved: %1</translation>
     </message>
 </context>
 <context>
     <name>AtomicFileWriter</name>
     <message>
-        <source>Der Ordner „%1“ konnte nicht angelegt werden.</source>
-        <translation>The folder “%1” could not be created.</translation>
+        <source>Der Ordner „%1“ konnte nicht angelegt werden: %2</source>
+        <translation>The folder “%1” could not be created: %2</translation>
+    </message>
+    <message>
+        <source>Keine normale Datei: %1</source>
+        <translation>Not a regular file: %1</translation>
+    </message>
+    <message>
+        <source>Nicht genug Speicherplatz</source>
+        <translation>Not enough disk space</translation>
+    </message>
+    <message>
+        <source>Das Dateisystem ist schreibgeschützt</source>
+        <translation>The file system is read-only</translation>
+    </message>
+    <message>
+        <source>Zugriff verweigert</source>
+        <translation>Permission denied</translation>
+    </message>
+    <message>
+        <source>Der Ordner existiert nicht</source>
+        <translation>The folder does not exist</translation>
+    </message>
+    <message>
+        <source>Ein-/Ausgabefehler des Datenträgers</source>
+        <translation>Input/output error on the disk</translation>
+    </message>
+    <message>
+        <source>Die Datei ist zu groß für das Dateisystem</source>
+        <translation>The file is too large for the file system</translation>
+    </message>
+    <message>
+        <source>Der Dateiname ist zu lang</source>
+        <translation>The file name is too long</translation>
     </message>
 </context>
 <context>
@@ -138,22 +170,6 @@
         <translation>The file does not contain a backup: the document is not a JSON object.</translation>
     </message>
     <message>
-        <source>„%1“ ist ein Ordner, keine Backup-Datei.</source>
-        <translation>“%1” is a folder, not a backup file.</translation>
-    </message>
-    <message>
-        <source>Die Datei „%1“ konnte nicht geöffnet werden: %2</source>
-        <translation>The file “%1” could not be opened: %2</translation>
-    </message>
-    <message>
-        <source>Die Datei ist mit %1 MB zu groß für ein Backup.</source>
-        <translation>At %1 MB, the file is too large for a backup.</translation>
-    </message>
-    <message>
-        <source>Die Datei „%1“ konnte nicht gelesen werden: %2</source>
-        <translation>The file “%1” could not be read: %2</translation>
-    </message>
-    <message>
         <source>Die Datei ist leer.</source>
         <translation>The file is empty.</translation>
     </message>
@@ -243,6 +259,29 @@
     <message>
         <source>Automatische Tagessicherung fehlgeschlagen: %1</source>
         <translation>Automatic daily backup failed: %1</translation>
+    </message>
+</context>
+<context>
+    <name>BoundedFileReader</name>
+    <message>
+        <source>Keine normale Datei: %1</source>
+        <translation>Not a regular file: %1</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ wurde nicht gefunden.</source>
+        <translation>The file “%1” was not found.</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ konnte nicht geöffnet werden: %2</source>
+        <translation>The file “%1” could not be opened: %2</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ ist zu groß (über %2 MB).</source>
+        <translation>The file “%1” is too large (over %2 MB).</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ konnte nicht gelesen werden: %2</source>
+        <translation>The file “%1” could not be read: %2</translation>
     </message>
 </context>
 <context>
@@ -795,6 +834,10 @@ Qt %4</translation>
     <message>
         <source>unerwartete Zeichen nach dem Dokument</source>
         <translation>unexpected characters after the document</translation>
+    </message>
+    <message>
+        <source>Feldname „%1“ kommt doppelt vor</source>
+        <translation>field name “%1” occurs twice</translation>
     </message>
 </context>
 <context>
@@ -1482,6 +1525,14 @@ Qt %4</translation>
         <source>Die Datei ist kein OdeLeaf-Archiv.</source>
         <translation>The file is not an OdeLeaf archive.</translation>
     </message>
+    <message>
+        <source>Das Archiv ist schreibgeschützt und kann nicht auf den aktuellen Stand gebracht werden.</source>
+        <translation>The archive is read-only and cannot be brought up to date.</translation>
+    </message>
+    <message>
+        <source>Archiv ist schreibgeschützt – Änderungen sind nicht möglich.</source>
+        <translation>The archive is read-only – changes are not possible.</translation>
+    </message>
 </context>
 <context>
     <name>PrivacyNoticeDialog</name>
@@ -1718,6 +1769,13 @@ Qt %4</translation>
     <message>
         <source>Grün</source>
         <translation>Green</translation>
+    </message>
+</context>
+<context>
+    <name>TextFileReader</name>
+    <message>
+        <source>„%1“ war nicht UTF-8-kodiert und wurde als Windows-1252 gelesen.</source>
+        <translation>“%1” was not UTF-8 encoded and was read as Windows-1252.</translation>
     </message>
 </context>
 <context>

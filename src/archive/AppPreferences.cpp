@@ -1,6 +1,7 @@
 #include "archive/AppPreferences.h"
 
 #include "archive/ApplicationSupport.h"
+#include "archive/AtomicFileWriter.h"
 #include "archive/TextComparison.h"
 
 #include <QDir>
@@ -12,6 +13,9 @@
 #include <QtDebug>
 
 #include <algorithm>
+
+#include <sys/statvfs.h>
+#include <unistd.h>
 
 namespace {
 
@@ -32,6 +36,31 @@ const QString keyLastUpdateCheck = QStringLiteral("lastUpdateCheckDate");
 QSettings settingsStore()
 {
     return QSettings(ApplicationSupport::preferencesPath(), QSettings::IniFormat);
+}
+
+// QSettings only says that writing failed; the folder tells why.
+QString writeFailureCause(const QString &folder)
+{
+    const QByteArray encoded = QFile::encodeName(folder);
+    if (::access(encoded.constData(), W_OK) != 0)
+        return AtomicFileWriter::describeSystemError(errno);
+    struct statvfs space {};
+    if (::statvfs(encoded.constData(), &space) == 0 && space.f_bavail == 0)
+        return AtomicFileWriter::describeSystemError(ENOSPC);
+    return AtomicFileWriter::describeSystemError(EIO);
+}
+
+// Writes the change at once, so a failure is seen by the one who made it.
+Result<void> storeSettings(QSettings &settings)
+{
+    const QString folder = ApplicationSupport::directory();
+    settings.sync();
+    if (settings.status() != QSettings::NoError)
+        return Error{AppPreferences::tr("Die Einstellungen konnten nicht gespeichert werden: %1")
+                         .arg(writeFailureCause(folder))};
+    // The file is rewritten with the permissions it had; the first write sets them.
+    QFile::setPermissions(settings.fileName(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    return {};
 }
 
 bool isBooleanKey(const QString &key)
@@ -63,16 +92,20 @@ QString AppPreferences::string(const QString &key, const QString &fallback)
     return settings.value(key).toString();
 }
 
-void AppPreferences::setValue(const QString &key, const QVariant &value)
+Result<void> AppPreferences::setValue(const QString &key, const QVariant &value)
 {
+    if (auto folder = AtomicFileWriter::ensurePrivateFolder(ApplicationSupport::directory()); !folder)
+        return folder;
     QSettings settings = settingsStore();
     settings.setValue(key, value);
+    return storeSettings(settings);
 }
 
-void AppPreferences::remove(const QString &key)
+Result<void> AppPreferences::remove(const QString &key)
 {
     QSettings settings = settingsStore();
     settings.remove(key);
+    return storeSettings(settings);
 }
 
 void AppPreferences::sync()
@@ -88,18 +121,22 @@ AppLanguage AppPreferences::appLanguage()
 
 void AppPreferences::applyAppLanguage(AppLanguage language)
 {
-    setValue(keyAppLanguage, rawValue(language));
+    (void)storeAppLanguage(language);
+}
+
+Result<void> AppPreferences::storeAppLanguage(AppLanguage language)
+{
+    if (auto stored = setValue(keyAppLanguage, rawValue(language)); !stored)
+        return stored;
     switch (language) {
     case AppLanguage::german:
-        setValue(keyInterfaceLanguages, QStringList{QStringLiteral("de")});
-        break;
+        return setValue(keyInterfaceLanguages, QStringList{QStringLiteral("de")});
     case AppLanguage::english:
-        setValue(keyInterfaceLanguages, QStringList{QStringLiteral("en")});
-        break;
+        return setValue(keyInterfaceLanguages, QStringList{QStringLiteral("en")});
     case AppLanguage::system:
-        remove(keyInterfaceLanguages);
-        break;
+        return remove(keyInterfaceLanguages);
     }
+    return {};
 }
 
 QString AppPreferences::interfaceLanguage()
@@ -124,7 +161,7 @@ std::optional<QString> AppPreferences::searchMode()
 
 void AppPreferences::setSearchMode(const QString &label)
 {
-    setValue(keySearchMode, label);
+    (void)setValue(keySearchMode, label);
 }
 
 bool AppPreferences::searchTitleOnly()
@@ -134,7 +171,7 @@ bool AppPreferences::searchTitleOnly()
 
 void AppPreferences::setSearchTitleOnly(bool value)
 {
-    setValue(keySearchTitleOnly, value);
+    (void)setValue(keySearchTitleOnly, value);
 }
 
 bool AppPreferences::automaticDailyBackupEnabled()
@@ -144,7 +181,7 @@ bool AppPreferences::automaticDailyBackupEnabled()
 
 void AppPreferences::setAutomaticDailyBackupEnabled(bool value)
 {
-    setValue(keyDailyBackup, value);
+    (void)setValue(keyDailyBackup, value);
 }
 
 QString AppPreferences::lastAutomaticBackupDay()
@@ -154,7 +191,7 @@ QString AppPreferences::lastAutomaticBackupDay()
 
 void AppPreferences::setLastAutomaticBackupDay(const QString &day)
 {
-    setValue(keyLastDailyBackup, day);
+    (void)setValue(keyLastDailyBackup, day);
 }
 
 QString AppPreferences::defaultRhymeProvider()
@@ -164,7 +201,7 @@ QString AppPreferences::defaultRhymeProvider()
 
 void AppPreferences::setDefaultRhymeProvider(const QString &identifier)
 {
-    setValue(keyRhymeProvider, identifier);
+    (void)setValue(keyRhymeProvider, identifier);
 }
 
 QString AppPreferences::editorFontName()
@@ -175,7 +212,7 @@ QString AppPreferences::editorFontName()
 
 void AppPreferences::setEditorFontName(const QString &name)
 {
-    setValue(keyEditorFont, name);
+    (void)setValue(keyEditorFont, name);
 }
 
 QString AppPreferences::poemFooterAuthor()
@@ -185,7 +222,7 @@ QString AppPreferences::poemFooterAuthor()
 
 void AppPreferences::setPoemFooterAuthor(const QString &author)
 {
-    setValue(keyFooterAuthor, author);
+    (void)setValue(keyFooterAuthor, author);
 }
 
 QString AppPreferences::poemFooterPlace()
@@ -195,7 +232,7 @@ QString AppPreferences::poemFooterPlace()
 
 void AppPreferences::setPoemFooterPlace(const QString &place)
 {
-    setValue(keyFooterPlace, place);
+    (void)setValue(keyFooterPlace, place);
 }
 
 QStringList AppPreferences::poemCategories()
@@ -206,7 +243,7 @@ QStringList AppPreferences::poemCategories()
 
 void AppPreferences::setPoemCategories(const QStringList &categories)
 {
-    setValue(keyCategories, categories);
+    (void)setValue(keyCategories, categories);
 }
 
 QStringList AppPreferences::normalizedCategories(const QStringList &categories)
@@ -259,7 +296,7 @@ bool AppPreferences::automaticallyChecksForUpdates()
 
 void AppPreferences::setAutomaticallyChecksForUpdates(bool value)
 {
-    setValue(keyAutomaticUpdateChecks, value);
+    (void)setValue(keyAutomaticUpdateChecks, value);
 }
 
 std::optional<QDateTime> AppPreferences::lastUpdateCheckDate()
@@ -272,7 +309,7 @@ std::optional<QDateTime> AppPreferences::lastUpdateCheckDate()
 
 void AppPreferences::setLastUpdateCheckDate(const QDateTime &date)
 {
-    setValue(keyLastUpdateCheck, date.toUTC().toString(Qt::ISODate));
+    (void)setValue(keyLastUpdateCheck, date.toUTC().toString(Qt::ISODate));
 }
 
 std::optional<QString> AppPreferences::resolvedFolder(FolderKind kind)
@@ -282,7 +319,7 @@ std::optional<QString> AppPreferences::resolvedFolder(FolderKind kind)
     if (path.isEmpty())
         return std::nullopt;
     if (!QFileInfo(path).isDir()) {
-        remove(key);
+        (void)remove(key);
         qWarning().noquote() << QStringLiteral("Folder-Bookmark resolve fail: %1")
                                     .arg(QStringLiteral("folder no longer exists: ") + path);
         return std::nullopt;
@@ -292,12 +329,12 @@ std::optional<QString> AppPreferences::resolvedFolder(FolderKind kind)
 
 void AppPreferences::saveFolder(const QString &folder, FolderKind kind)
 {
-    setValue(bookmarkKey(kind), QFileInfo(folder).absoluteFilePath());
+    (void)setValue(bookmarkKey(kind), QFileInfo(folder).absoluteFilePath());
 }
 
 void AppPreferences::resetFolder(FolderKind kind)
 {
-    remove(bookmarkKey(kind));
+    (void)remove(bookmarkKey(kind));
 }
 
 QStringList AppPreferences::knownKeys()
@@ -328,15 +365,19 @@ std::optional<QString> AppPreferences::valueText(const QString &key)
     return string(key);
 }
 
-bool AppPreferences::setValueText(const QString &key, const QString &value)
+Result<bool> AppPreferences::setValueText(const QString &key, const QString &value)
 {
+    const auto stored = [](const Result<void> &written) -> Result<bool> {
+        if (!written)
+            return written.error();
+        return true;
+    };
     if (!knownKeys().contains(key))
         return false;
     if (isBooleanKey(key)) {
         if (value != QLatin1String("true") && value != QLatin1String("false"))
             return false;
-        setValue(key, value == QLatin1String("true"));
-        return true;
+        return stored(setValue(key, value == QLatin1String("true")));
     }
     if (key == keyCategories) {
         const QJsonDocument document = QJsonDocument::fromJson(value.toUtf8());
@@ -348,13 +389,9 @@ bool AppPreferences::setValueText(const QString &key, const QString &value)
                 return false;
             names.append(entry.toString());
         }
-        setPoemCategories(names);
-        return true;
+        return stored(setValue(keyCategories, names));
     }
-    if (key == keyAppLanguage) {
-        applyAppLanguage(appLanguageFromRaw(value));
-        return true;
-    }
-    setValue(key, value);
-    return true;
+    if (key == keyAppLanguage)
+        return stored(storeAppLanguage(appLanguageFromRaw(value)));
+    return stored(setValue(key, value));
 }

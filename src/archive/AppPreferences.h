@@ -2,6 +2,9 @@
 
 #include "archive/AppLanguage.h"
 #include "archive/FolderKind.h"
+#include "archive/Result.h"
+
+#include <QCoreApplication>
 
 #include <QDateTime>
 #include <QStringList>
@@ -12,6 +15,8 @@
 // Typed access to the preference store, an INI file in the application-support folder.
 // Absent booleans read as true, so a fresh installation has every switch on.
 class AppPreferences {
+    Q_DECLARE_TR_FUNCTIONS(AppPreferences)
+
 public:
     static AppLanguage appLanguage();
     // Stores the choice; it takes effect at the next start (see interfaceLanguage()).
@@ -61,13 +66,15 @@ public:
     // Raw access for the command line's "prefs get|set"; the keys are the stored ones.
     static QStringList knownKeys();
     static std::optional<QString> valueText(const QString &key);
-    static bool setValueText(const QString &key, const QString &value);
+    // False when the value does not fit the key; an error when it could not be stored.
+    static Result<bool> setValueText(const QString &key, const QString &value);
 
     static void sync();
 
 private:
     static bool flag(const QString &key);
     static QString string(const QString &key, const QString &fallback = QString());
-    static void setValue(const QString &key, const QVariant &value);
-    static void remove(const QString &key);
+    static Result<void> setValue(const QString &key, const QVariant &value);
+    static Result<void> remove(const QString &key);
+    static Result<void> storeAppLanguage(AppLanguage language);
 };

@@ -1,7 +1,9 @@
 #include "archive/ApplicationSupport.h"
 
-#include <QCoreApplication>
+#include "archive/AtomicFileWriter.h"
+
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
 
 namespace {
@@ -29,10 +31,23 @@ void ApplicationSupport::setDirectory(const QString &path)
 Result<QString> ApplicationSupport::ensureDirectory()
 {
     const QString path = directory();
-    if (!QDir().mkpath(path))
-        return Error{
-            QCoreApplication::translate("ApplicationSupport", "Ordner konnte nicht angelegt werden: %1").arg(path)};
+    if (auto created = AtomicFileWriter::ensurePrivateFolder(path); !created)
+        return created.error();
+    tightenPermissions();
     return path;
+}
+
+void ApplicationSupport::tightenPermissions()
+{
+    constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    // Best effort: a folder on a read-only disk stays as it is and still opens.
+    QFile::setPermissions(directory(), ownerOnly | QFileDevice::ExeOwner);
+    const QString store = storePath();
+    for (const QString &file : {store, store + QStringLiteral("-wal"), store + QStringLiteral("-shm"),
+                                store + QStringLiteral("-journal"), preferencesPath()}) {
+        if (QFile::exists(file))
+            QFile::setPermissions(file, ownerOnly);
+    }
 }
 
 QString ApplicationSupport::storePath()

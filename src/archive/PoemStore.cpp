@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QTimeZone>
+#include <QUrl>
 
 namespace {
 
@@ -106,6 +107,42 @@ Result<std::unique_ptr<PoemStore>> PoemStore::openInMemory()
     return prepare(std::move(db.value()), QString());
 }
 
+Result<std::unique_ptr<PoemStore>> PoemStore::openReadOnly(const QString &path)
+{
+    const QString uri = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toString(QUrl::FullyEncoded);
+    // A store in WAL mode needs its shared-memory file, which a read-only folder cannot
+    // get; read as an unchanging file then.
+    std::unique_ptr<SqliteDatabase> db;
+    QString firstError;
+    for (const char *parameters : {"?mode=ro", "?immutable=1"}) {
+        auto opened = SqliteDatabase::open(uri + QLatin1String(parameters), SqliteDatabase::OpenMode::ReadOnly);
+        if (!opened) {
+            firstError = firstError.isEmpty() ? opened.errorMessage() : firstError;
+            continue;
+        }
+        const auto version = (*opened)->userVersion();
+        if (!version) {
+            firstError = firstError.isEmpty() ? version.errorMessage() : firstError;
+            continue;
+        }
+        if (*version != currentSchemaVersion)
+            return Error{tr("Das Archiv ist schreibgeschützt und kann nicht auf den aktuellen Stand gebracht "
+                            "werden.")};
+        db = std::move(opened.value());
+        break;
+    }
+    if (!db)
+        return Error{firstError};
+    std::unique_ptr<PoemStore> store(new PoemStore(std::move(db), path));
+    store->m_readOnly = true;
+    return store;
+}
+
+QString PoemStore::readOnlyText()
+{
+    return tr("Archiv ist schreibgeschützt – Änderungen sind nicht möglich.");
+}
+
 Result<std::unique_ptr<PoemStore>> PoemStore::prepare(std::unique_ptr<SqliteDatabase> db, const QString &path)
 {
     // Reading the version is the first touch of the file: a non-database fails here,
@@ -192,6 +229,8 @@ Result<void> PoemStore::write(const ChangeSet &changes)
 {
     if (changes.isEmpty())
         return {};
+    if (m_readOnly)
+        return Error{readOnlyText()};
     SqliteTransaction transaction(*m_db);
     if (auto begun = transaction.begin(); !begun)
         return begun;

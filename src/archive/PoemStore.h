@@ -34,6 +34,11 @@ public:
     // archive, or one from a newer schema, is refused without being touched.
     static Result<std::unique_ptr<PoemStore>> open(const QString &path);
     static Result<std::unique_ptr<PoemStore>> openInMemory();
+    // For a store on a disk or in a folder that cannot be written: everything can be read,
+    // every write is refused with readOnlyText(). The file is never touched.
+    static Result<std::unique_ptr<PoemStore>> openReadOnly(const QString &path);
+    bool isReadOnly() const { return m_readOnly; }
+    static QString readOnlyText();
 
     ~PoemStore();
 
@@ -50,4 +55,5 @@ private:
 
     std::unique_ptr<SqliteDatabase> m_db;
     QString m_path;
+    bool m_readOnly = false;
 };

@@ -15,7 +15,8 @@ Result<std::unique_ptr<SqliteDatabase>> SqliteDatabase::open(const QString &path
         flags |= SQLITE_OPEN_READWRITE;
         break;
     case OpenMode::ReadOnly:
-        flags |= SQLITE_OPEN_READONLY;
+        // Read-only opening takes a URI, so it can ask for "mode=ro" or "immutable=1".
+        flags |= SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
         break;
     }
     sqlite3 *db = nullptr;

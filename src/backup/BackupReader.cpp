@@ -1,11 +1,10 @@
 #include "backup/BackupReader.h"
 
+#include "archive/BoundedFileReader.h"
 #include "backup/ArchiveJson.h"
 #include "backup/JsonCursor.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QFileInfo>
 
 #include <array>
 #include <cmath>
@@ -347,20 +346,10 @@ private:
 
 Result<Backup> BackupReader::read(const QString &path)
 {
-    const QFileInfo info(path);
-    if (info.isDir())
-        return Error{BackupReader::tr("„%1“ ist ein Ordner, keine Backup-Datei.").arg(info.fileName())};
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return Error{BackupReader::tr("Die Datei „%1“ konnte nicht geöffnet werden: %2")
-                         .arg(info.fileName(), file.errorString())};
-    if (file.size() > maximumFileSize)
-        return Error{BackupReader::tr("Die Datei ist mit %1 MB zu groß für ein Backup.").arg(file.size() >> 20)};
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return Error{BackupReader::tr("Die Datei „%1“ konnte nicht gelesen werden: %2")
-                         .arg(info.fileName(), file.errorString())};
-    return decode(bytes);
+    const auto bytes = BoundedFileReader::read(path, maximumFileSize);
+    if (!bytes)
+        return bytes.error();
+    return decode(*bytes);
 }
 
 Result<Backup> BackupReader::decode(QByteArrayView bytes)

@@ -187,6 +187,7 @@ bool JsonCursor::enterContainer(Kind kind, const QString &expected)
         return fail(tr("zu tief verschachtelt"));
     ++m_pos;
     m_first.push_back(true);
+    m_keys.emplace_back();
     return true;
 }
 
@@ -212,6 +213,7 @@ bool JsonCursor::nextInContainer(char closing)
     if (c == closing) {
         ++m_pos;
         m_first.pop_back();
+        m_keys.pop_back();
         return false;
     }
     if (m_first.back()) {
@@ -241,6 +243,12 @@ bool JsonCursor::nextMember(QByteArrayView &key)
     } else {
         key = raw.bytes;
     }
+    // A second "poems" would silently replace the first; no reader may guess which one counts.
+    QSet<QByteArray> &seen = m_keys.back();
+    const QByteArray name = key.toByteArray();
+    if (seen.contains(name))
+        return failAtString(tr("Feldname „%1“ kommt doppelt vor").arg(QString::fromUtf8(name)));
+    seen.insert(name);
     return expect(':');
 }
 

@@ -3,14 +3,15 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QCoreApplication>
+#include <QSet>
 #include <QString>
 
 #include <vector>
 
 // A strict pull reader over a UTF-8 JSON document (RFC 8259, no extensions). The caller
 // walks the document value by value, so a large backup is decoded straight into its
-// records without a tree in between. After the first error every call returns false and
-// errorText() says what and where.
+// records without a tree in between. A name twice in one object is an error. After the first error every call returns
+// false and errorText() says what and where.
 class JsonCursor {
     Q_DECLARE_TR_FUNCTIONS(JsonCursor)
 
@@ -68,6 +69,8 @@ private:
     qsizetype m_stringStart = 0;
     // One entry per open container: whether its first member is still to come.
     std::vector<bool> m_first;
+    // The member names met so far, per open container (empty for lists).
+    std::vector<QSet<QByteArray>> m_keys;
     QByteArray m_keyBuffer;
     QByteArray m_stringBuffer;
     QString m_error;

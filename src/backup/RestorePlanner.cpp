@@ -1,6 +1,7 @@
 #include "backup/RestorePlanner.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/PoemStore.h"
 #include "backup/BackupExporter.h"
 #include "backup/BackupReader.h"
 
@@ -121,6 +122,8 @@ Result<RestoreCounts> RestorePlanner::restore(const Backup &backup, ArchiveConte
 Result<RestoreOutcome> RestorePlanner::restoreWithSafetyBackup(const Backup &backup, ArchiveContext &context,
                                                                RestoreMode mode, const QDateTime &now)
 {
+    if (context.store().isReadOnly())
+        return Error{PoemStore::readOnlyText()};
     const auto safetyBackup =
         BackupExporter::writeAutomaticSafetyBackup(context.fetch(), QStringLiteral("pre-restore"), now);
     if (!safetyBackup)

@@ -3,6 +3,7 @@
 #include "archive/CategoryCatalog.h"
 #include "archive/PoemEdit.h"
 #include "archive/PoemFactory.h"
+#include "archive/TextFileReader.h"
 #include "backup/ArchiveJson.h"
 #include "backup/PoemBackup.h"
 #include "cli/CliCommand.h"
@@ -14,7 +15,6 @@
 #include "matching/TitleKey.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
 namespace {
 
@@ -66,10 +66,12 @@ int applyFieldOptions(CliInvocation &cli, ArchiveContext &context, Poem &poem, c
         return cli.usageError(QStringLiteral("--text and --text-file exclude each other"));
     std::optional<QString> text = options.text;
     if (options.textFile) {
-        QFile file(*options.textFile);
-        if (!file.open(QIODevice::ReadOnly))
-            return cli.fail(CliTexts::tr("Datei konnte nicht gelesen werden: %1").arg(*options.textFile));
-        text = QString::fromUtf8(file.readAll());
+        const auto read = TextFileReader::read(*options.textFile);
+        if (!read)
+            return cli.fail(CliTexts::tr("Datei konnte nicht gelesen werden: %1").arg(read.errorMessage()));
+        if (read->readAsWindows1252)
+            cli.note(TextFileReader::windows1252Note(*options.textFile));
+        text = read->text;
     }
     std::optional<QDateTime> date;
     if (options.date) {
@@ -126,7 +128,7 @@ int runAdd(CliInvocation &cli)
         return cli.usageError({});
     if (!options.title)
         return cli.usageError(QStringLiteral("--title is required"));
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.writableArchive();
     if (!context)
         return 1;
     PoemPtr poem = PoemFactory::makeNewPoem(*context, QDateTime::currentDateTimeUtc());
@@ -154,6 +156,8 @@ int runSet(CliInvocation &cli)
     const PoemFieldOptions options = takeFieldOptions(cli, false);
     if (!cli.finishOptions(1, 1))
         return cli.usageError({});
+    if (!cli.writableArchive())
+        return 1;
     const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
     if (!poem)
         return 1;
@@ -186,9 +190,11 @@ int runPrefs(CliInvocation &cli)
         return 0;
     }
     if (action == QLatin1String("set") && cli.positional().size() == 3) {
-        if (!AppPreferences::setValueText(key, cli.positional().at(2)))
+        const auto stored = AppPreferences::setValueText(key, cli.positional().at(2));
+        if (!stored)
+            return cli.fail(stored.errorMessage());
+        if (!*stored)
             return cli.usageError(QStringLiteral("invalid value for %1").arg(key));
-        AppPreferences::sync();
         cli.print(AppPreferences::valueText(key).value_or(QString()));
         return 0;
     }
@@ -208,7 +214,7 @@ int runCategoryRename(CliInvocation &cli)
 {
     if (!cli.finishOptions(2, 2))
         return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.writableArchive();
     if (!context)
         return 1;
     CategoryCatalog::renameCategory(*context, cli.positional().at(0), cli.positional().at(1),
@@ -221,7 +227,7 @@ int runCategoryRemove(CliInvocation &cli)
 {
     if (!cli.finishOptions(1, 1))
         return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.writableArchive();
     if (!context)
         return 1;
     CategoryCatalog::removeCategory(*context, cli.positional().at(0), QDateTime::currentDateTimeUtc());

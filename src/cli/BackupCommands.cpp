@@ -54,7 +54,7 @@ int runRestore(CliInvocation &cli)
     const auto mode = modeText ? restoreModeFromRaw(*modeText) : std::nullopt;
     if (modeText && !mode)
         return cli.usageError(QStringLiteral("--mode takes addMissing or addMissingAndUpdate"));
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = previewOnly ? cli.archive() : cli.writableArchive();
     if (!context)
         return 1;
     const auto preview = RestorePlanner::previewRestore(cli.positional().at(0), context->fetch());

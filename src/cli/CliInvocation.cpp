@@ -1,6 +1,8 @@
 #include "cli/CliInvocation.h"
 
+#include "archive/ArchiveContext.h"
 #include "archive/PersistenceController.h"
+#include "archive/PoemStore.h"
 
 #include <cstdio>
 
@@ -110,6 +112,12 @@ int CliInvocation::fail(const QString &message)
     return 1;
 }
 
+void CliInvocation::note(const QString &message)
+{
+    standardError() << message << '\n';
+    standardError().flush();
+}
+
 int CliInvocation::usageError(const QString &message)
 {
     const QString reason = message.isEmpty() ? m_pendingError : message;
@@ -125,4 +133,14 @@ ArchiveContext *CliInvocation::archive()
         return nullptr;
     }
     return &PersistenceController::shared().viewContext();
+}
+
+ArchiveContext *CliInvocation::writableArchive()
+{
+    ArchiveContext *context = archive();
+    if (context && context->store().isReadOnly()) {
+        fail(PoemStore::readOnlyText());
+        return nullptr;
+    }
+    return context;
 }

@@ -26,10 +26,16 @@ public:
     void print(const QString &line);
     void printRaw(const QByteArray &bytes);
     int fail(const QString &message);
+    // A remark on standard error that does not fail the command; standard output stays
+    // what scripts read.
+    void note(const QString &message);
     int usageError(const QString &message);
 
     // Opens the store on first use; prints the load failure and returns null on error.
     ArchiveContext *archive();
+    // For commands that change the archive: the archive, or null after saying why it
+    // cannot be changed (it did not open, or it is read-only).
+    ArchiveContext *writableArchive();
 
 private:
     QString m_command;

@@ -132,6 +132,8 @@ int runLivePoemAction(CliInvocation &cli, const QString &inTrashText,
 {
     if (!cli.finishOptions(1, 1))
         return cli.usageError({});
+    if (!cli.writableArchive())
+        return 1;
     const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
     if (!poem)
         return 1;
@@ -181,6 +183,8 @@ int runTrashList(CliInvocation &cli)
 
 PoemPtr findTrashedPoem(CliInvocation &cli)
 {
+    if (!cli.writableArchive())
+        return nullptr;
     const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
     if (poem && !poem->isInTrash()) {
         cli.fail(CliTexts::tr("Gedicht liegt nicht im Papierkorb: %1").arg(cli.positional().at(0)));
@@ -221,7 +225,7 @@ int runTrashEmpty(CliInvocation &cli)
 {
     if (!cli.finishOptions(0, 0))
         return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.writableArchive();
     if (!context)
         return 1;
     return reportTrashAction(cli, Trash(*context).emptyTrash());

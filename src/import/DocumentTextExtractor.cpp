@@ -1,5 +1,6 @@
 #include "import/DocumentTextExtractor.h"
 
+#include "archive/BoundedFileReader.h"
 #include "import/DocxTextReader.h"
 #include "import/ExtractError.h"
 #include "import/PdfLineReader.h"
@@ -76,11 +77,17 @@ QString DocumentTextExtractor::extractPDFByLines(const QList<QList<PDFLine>> &pa
 Result<ExtractedDocument> DocumentTextExtractor::extract(const QString &path)
 {
     const QString extension = QFileInfo(path).suffix().toLower();
+    if (extension != QLatin1String("docx") && extension != QLatin1String("pdf"))
+        return Error(ExtractError::unsupportedExtension(extension));
+    // A FIFO named like a document would hang the reader until the timeout; a missing
+    // file is left to the reader, which names it in its own words.
+    if (QFileInfo::exists(path)) {
+        if (auto regular = BoundedFileReader::checkRegularFile(path); !regular)
+            return Error(ExtractError::failed(regular.errorMessage()));
+    }
     if (extension == QLatin1String("docx"))
         return extractDOCX(path);
-    if (extension == QLatin1String("pdf"))
-        return extractPDF(path);
-    return Error(ExtractError::unsupportedExtension(extension));
+    return extractPDF(path);
 }
 
 Result<ExtractedDocument> DocumentTextExtractor::extractDOCX(const QString &path)

@@ -14,6 +14,7 @@
 #include "archive/ArchiveContext.h"
 #include "archive/PersistenceController.h"
 #include "archive/PoemFactory.h"
+#include "archive/PoemStore.h"
 #include "editor/PoemRichText.h"
 #include "editor/PoemTextDocument.h"
 #include "editor/gui/PoemEditorPane.h"
@@ -294,6 +295,45 @@ private Q_SLOTS:
         QCOMPARE(
             QDir(m_dir.filePath(QStringLiteral("Safety Backups"))).entryList({QStringLiteral("daily-*.json")}).size(),
             1);
+    }
+
+    // A store on a disk that cannot be written: the poems show, nothing offers a change.
+    void readOnlyArchiveIsShownWithABannerAndNoEditing()
+    {
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter"));
+        m_store.reset();
+        auto store = PoemStore::openReadOnly(storePath());
+        QVERIFY2(store.ok(), qPrintable(store.errorMessage()));
+        ArchiveContext context(std::move(store.value()));
+        QVERIFY(context.load().ok());
+        MainWindow window(context);
+        new ArchiveOperations(window);
+        QSignalSpy started(&window, &MainWindow::startUpFinished);
+        window.show();
+        QVERIFY(started.wait(5000));
+
+        auto *banner = window.findChild<QLabel *>(QStringLiteral("readOnlyBanner"));
+        QVERIFY(banner && banner->isVisible());
+        QCOMPARE(banner->text(), QStringLiteral("Archiv ist schreibgeschützt – Änderungen sind nicht möglich."));
+        QCOMPARE(listedTitles(window), QStringList{QStringLiteral("Herbst")});
+        window.selectPoem(window.library().poemAt(0));
+        QVERIFY(!window.detailView()->editorPane()->isEditable());
+        QVERIFY(!window.detailView()->titleField()->isEnabled());
+        for (const char *name : {"newPoemAction", "duplicateAction", "trashAction"})
+            QVERIFY2(!window.findChild<QAction *>(QString::fromLatin1(name))->isEnabled(), name);
+        for (auto *button : window.sidebar()->findChildren<QAbstractButton *>()) {
+            if (button->text() == QStringLiteral("Backup erstellen"))
+                QVERIFY(button->isEnabled());
+            if (button->text() == QStringLiteral("Wiederherstellen"))
+                QVERIFY(!button->isEnabled());
+        }
+    }
+
+    void writableArchiveHasNoBanner()
+    {
+        MainWindow &window = openWindow();
+        QVERIFY(!window.findChild<QLabel *>(QStringLiteral("readOnlyBanner")));
+        QVERIFY(window.findChild<QAction *>(QStringLiteral("newPoemAction"))->isEnabled());
     }
 
     void detailEditorFormatsSavesAndSharesTheWindowsKeys()

@@ -283,6 +283,13 @@ private Q_SLOTS:
         QTest::newRow("title as number") << goldenWith("\"title\" : \"Im Papierkorb\"", "\"title\" : 5")
                                          << QStringLiteral(
                                                 "Gedicht 2: Feld „title“ hat einen ungültigen Typ (erwartet: Text).");
+        // Whichever copy a reader kept, the other one would be lost without a word.
+        QTest::newRow("title twice") << goldenWith("\"title\" : \"Im Papierkorb\"",
+                                                   "\"title\" : \"Im Papierkorb\", \"title\" : \"Anders\"")
+                                     << QStringLiteral("Feldname „title“ kommt doppelt vor");
+        QTest::newRow("escaped name twice")
+            << goldenWith("\"app\" : \"OdeLeaf\"", "\"app\" : \"OdeLeaf\", \"\\u0061pp\" : \"x\"")
+            << QStringLiteral("Feldname „app“ kommt doppelt vor");
     }
 
     void readerRejectsMalformedDocuments()

@@ -1,12 +1,15 @@
 #include "BackupTestSupport.h"
+#include "TmpfsMount.h"
 
 #include "archive/ApplicationSupport.h"
 #include "archive/PersistenceController.h"
+#include "backup/BackupEncoder.h"
 #include "backup/BackupExporter.h"
 #include "backup/BackupReader.h"
 #include "backup/BackupStatus.h"
 #include "backup/RestorePlanner.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
@@ -356,6 +359,36 @@ private Q_SLOTS:
         const QList<PoemPtr> stored = reopened.value()->viewContext().fetch();
         QCOMPARE(stored.size(), 1);
         QCOMPARE(stored.first()->text(), std::optional<QString>(QStringLiteral("Text von Herbst")));
+    }
+
+    // The disk fills up during the last block of the safety backup: nothing is restored.
+    void safetyBackupOnAFullDiskLeavesTheArchiveUntouched()
+    {
+        TmpfsMount disk(2 << 20);
+        if (!disk.isMounted())
+            QSKIP(TmpfsMount::skipReason());
+        ApplicationSupport::setDirectory(disk.filePath(QStringLiteral("OdeLeaf")));
+        QVERIFY(ApplicationSupport::ensureDirectory().ok());
+        ArchiveContext &archive = context();
+        for (int i = 0; i < 40; ++i)
+            addPoem(archive, QStringLiteral("Gedicht %1").arg(i), exportTime)
+                ->setText(QString(3000, QChar(u'a' + i % 26)));
+        saveArchive();
+        QBuffer encoded;
+        encoded.open(QIODevice::WriteOnly);
+        QVERIFY(BackupEncoder::write(Backup::make(archive.fetch(), exportTime), encoded).ok());
+        const qint64 pages = (encoded.size() + 4095) / 4096;
+        QVERIFY(disk.leaveFree((pages - 1) * 4096));
+
+        const Backup backup = backupOf({entry(QStringLiteral("Neu"), QStringLiteral("neu"))});
+        const auto restored =
+            RestorePlanner::restoreWithSafetyBackup(backup, archive, RestoreMode::addMissingAndUpdate, exportTime);
+        QVERIFY(!restored.ok());
+        QVERIFY2(restored.errorMessage().endsWith(QStringLiteral("Nicht genug Speicherplatz")),
+                 qPrintable(restored.errorMessage()));
+        QCOMPARE(archive.fetch().size(), 40);
+        QVERIFY(!archive.hasChanges());
+        QCOMPARE(QDir(BackupExporter::automaticBackupDirectory()).entryList(QDir::Files | QDir::Hidden), QStringList());
     }
 };
 

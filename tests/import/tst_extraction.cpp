@@ -3,6 +3,7 @@
 #include "import/IsolatedDocumentExtractor.h"
 #include "import/TextCleanup.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
@@ -10,6 +11,8 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTextDocument>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -153,6 +156,19 @@ private Q_SLOTS:
         QFETCH(QString, file);
         QFETCH(QString, message);
         QCOMPARE(errorOf(DocumentTextExtractor::extract(dataPath(file))), message);
+    }
+
+    // Opening a FIFO waits for a writer that never comes; a folder is no document either.
+    void filesThatAreNoFilesAreRefusedAtOnce()
+    {
+        QTemporaryDir dir;
+        const QString fifo = dir.filePath(QStringLiteral("Herbst.docx"));
+        QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        const QString folder = dir.filePath(QStringLiteral("Winter.pdf"));
+        QVERIFY(QDir().mkdir(folder));
+        for (const QString &path : {fifo, folder})
+            QCOMPARE(errorOf(DocumentTextExtractor::extract(path)),
+                     QStringLiteral("Extraktion fehlgeschlagen: Keine normale Datei: %1").arg(path));
     }
 
     void brokenFilesFailCleanly()

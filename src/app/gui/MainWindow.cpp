@@ -15,6 +15,7 @@
 #include "app/gui/UpdatePresenter.h"
 #include "app/gui/WindowStyle.h"
 #include "archive/ArchiveContext.h"
+#include "archive/PoemStore.h"
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
 
@@ -22,6 +23,7 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLabel>
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
@@ -29,6 +31,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -91,7 +94,7 @@ void MainWindow::buildColumns()
     m_splitter->setStretchFactor(1, 0);
     m_splitter->setStretchFactor(2, 1);
     m_splitter->setSizes({240, 370, 670});
-    setCentralWidget(m_splitter);
+    setCentralWidget(withReadOnlyBanner(m_splitter));
 
     m_listPane->setSearchMode(m_browser.searchMode);
     m_listPane->setSortMode(m_browser.sortMode);
@@ -139,6 +142,23 @@ void MainWindow::buildColumns()
     connect(m_detail, &PoemDetailView::leaveWriterModeRequested, this, [this] { setWriterMode(false); });
     connect(m_detail, &PoemDetailView::writerModeRequested, this, &MainWindow::setWriterMode);
     connect(m_detail, &PoemDetailView::statusMessage, this, &MainWindow::setStatus);
+}
+
+QWidget *MainWindow::withReadOnlyBanner(QWidget *content)
+{
+    if (!m_context.store().isReadOnly())
+        return content;
+    auto *page = new QWidget(this);
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    auto *banner = new QLabel(PoemStore::readOnlyText(), page);
+    banner->setObjectName(QStringLiteral("readOnlyBanner"));
+    banner->setAlignment(Qt::AlignCenter);
+    banner->setWordWrap(true);
+    layout->addWidget(banner);
+    layout->addWidget(content, 1);
+    return page;
 }
 
 void MainWindow::buildActions()
@@ -394,12 +414,16 @@ void MainWindow::showSelectedPoem(const PoemPtr &poem)
 void MainWindow::updateActionStates()
 {
     const bool hasPoem = m_detail->poem() != nullptr;
-    m_duplicateAction->setEnabled(hasPoem);
-    m_trashAction->setEnabled(hasPoem);
+    const bool writable = !m_context.store().isReadOnly();
+    m_newPoemAction->setEnabled(writable);
+    m_duplicateAction->setEnabled(hasPoem && writable);
+    m_trashAction->setEnabled(hasPoem && writable);
 }
 
 void MainWindow::newPoem()
 {
+    if (m_context.store().isReadOnly())
+        return;
     m_detail->commitPendingEdits();
     const auto added = m_browser.addPoem(QDateTime::currentDateTimeUtc());
     showRows();
@@ -410,7 +434,8 @@ void MainWindow::newPoem()
 
 void MainWindow::duplicatePoem(const PoemPtr &poem)
 {
-    if (!poem)
+    // The list's context menu asks too; a change that cannot be saved must not show.
+    if (!poem || m_context.store().isReadOnly())
         return;
     m_detail->commitPendingEdits();
     const auto copy = m_browser.duplicatePoem(poem, QDateTime::currentDateTimeUtc());
@@ -421,7 +446,7 @@ void MainWindow::duplicatePoem(const PoemPtr &poem)
 
 void MainWindow::moveToTrash(const PoemPtr &poem)
 {
-    if (!poem)
+    if (!poem || m_context.store().isReadOnly())
         return;
     m_detail->commitPendingEdits();
     const qsizetype row = m_browser.indexOfObjectID(poem->objectID());

@@ -88,6 +88,7 @@ protected:
 
 private:
     void buildColumns();
+    QWidget *withReadOnlyBanner(QWidget *content);
     void buildActions();
     void buildMenus();
     void buildToolBar();

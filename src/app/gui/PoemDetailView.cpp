@@ -4,6 +4,7 @@
 #include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
 #include "archive/PoemEdit.h"
+#include "archive/PoemStore.h"
 #include "editor/EditorAppearance.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
@@ -256,7 +257,13 @@ void PoemDetailView::showPoem(const PoemPtr &poem)
     }
     reloadCategories();
     showFields();
-    m_editor->setEditable(!m_poem->isInTrash());
+    // A read-only archive shows its poems as they are; nothing invites a change it cannot keep.
+    const bool readOnly = m_context.store().isReadOnly();
+    m_editor->setEditable(!m_poem->isInTrash() && !readOnly);
+    for (QWidget *field :
+         std::initializer_list<QWidget *>{m_title, m_category, m_noDate, m_published, m_podcast, m_duplicate, m_trash})
+        field->setEnabled(!readOnly);
+    m_notes->setReadOnly(readOnly);
     m_editor->setPoem(m_poem);
     m_pages->setCurrentIndex(1);
 }
@@ -269,7 +276,7 @@ void PoemDetailView::showFields()
         m_title->setText(poem.title().value_or(QString()));
     m_category->setEditText(poem.category().value_or(QString()));
     m_noDate->setChecked(!poem.date().has_value());
-    m_date->setEnabled(poem.date().has_value());
+    m_date->setEnabled(poem.date().has_value() && !m_context.store().isReadOnly());
     m_date->setDate(poem.date() ? poem.date()->toLocalTime().date() : QDate::currentDate());
     m_published->setChecked(poem.isPublished());
     m_podcast->setChecked(poem.inPodcast());

@@ -49,5 +49,6 @@ QPlainTextEdit#notesField { background: #faf9f6; border: 1px solid #e4e2dc; bord
 #trashList QScrollBar::add-page, #trashList QScrollBar::sub-page { background: transparent; }
 QSplitter#columns::handle { background: #e2e0da; }
 QToolBar#mainToolBar { border-bottom: 1px solid #e2e0da; spacing: 4px; padding: 3px 6px; }
+#readOnlyBanner { background: #fbf6e6; border-bottom: 1px solid #efe3bd; padding: 7px 12px; color: #5b4b12; }
 )");
 }

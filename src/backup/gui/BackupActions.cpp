@@ -2,6 +2,7 @@
 
 #include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
+#include "archive/PoemStore.h"
 #include "backup/BackupExporter.h"
 #include "backup/BackupStatus.h"
 #include "backup/DailyBackup.h"
@@ -42,6 +43,7 @@ BackupActions::BackupActions(ArchiveContext &context, QWidget *window)
     m_restore = new QAction(QIcon::fromTheme(QStringLiteral("document-revert")), tr("Wiederherstellen"), this);
     m_restore->setStatusTip(tr("Gedichte aus einer Backup-Datei ergänzen oder aktualisieren"));
     connect(m_restore, &QAction::triggered, this, &BackupActions::restoreBackup);
+    m_restore->setEnabled(!m_context.store().isReadOnly());
 }
 
 void BackupActions::createBackup()
@@ -164,6 +166,6 @@ void BackupActions::setBusy(bool busy)
     else
         QApplication::restoreOverrideCursor();
     m_createBackup->setEnabled(!busy);
-    m_restore->setEnabled(!busy);
+    m_restore->setEnabled(!busy && !m_context.store().isReadOnly());
     Q_EMIT busyChanged(busy);
 }
