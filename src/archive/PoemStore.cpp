@@ -12,9 +12,8 @@ namespace {
 
 // Column names in PoemField order.
 const char *const fieldColumns[poemFieldCount] = {
-    "id",           "title",      "title_normalized", "text",       "rich_text_data",
-    "category",     "date",       "writer_notes",     "is_published", "in_podcast",
-    "external_id",  "created_at", "updated_at",       "deleted_at",
+    "id",           "title",        "title_normalized", "text",        "rich_text_data", "category",   "date",
+    "writer_notes", "is_published", "in_podcast",       "external_id", "created_at",     "updated_at", "deleted_at",
 };
 
 const char *const selectColumns =
@@ -216,8 +215,8 @@ Result<void> PoemStore::migrateStep(int fromVersion)
         // every row moves over with its key.
         const QString columns =
             QStringLiteral("pk, ") + QStringList(std::begin(fieldColumns), std::end(fieldColumns)).join(u", ");
-        statements = {QString::fromLatin1(createPoemTable).replace(QStringLiteral("TABLE poem"),
-                                                                   QStringLiteral("TABLE poem_next")),
+        statements = {QString::fromLatin1(createPoemTable)
+                          .replace(QStringLiteral("TABLE poem"), QStringLiteral("TABLE poem_next")),
                       QStringLiteral("INSERT INTO poem_next (%1) SELECT %1 FROM poem").arg(columns),
                       QStringLiteral("DROP TABLE poem"), QStringLiteral("ALTER TABLE poem_next RENAME TO poem")};
     }

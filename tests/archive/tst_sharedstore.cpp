@@ -57,8 +57,8 @@ private:
     }
 
     // One saved poem, then two writers that both have it loaded.
-    std::pair<std::unique_ptr<PersistenceController>, std::unique_ptr<PersistenceController>> twoWritersOn(
-        const PoemValues &values)
+    std::pair<std::unique_ptr<PersistenceController>, std::unique_ptr<PersistenceController>>
+    twoWritersOn(const PoemValues &values)
     {
         auto first = open();
         first->viewContext().insertPoem()->setValues(values);
@@ -182,7 +182,8 @@ private Q_SLOTS:
         inB->setText(QStringLiteral("noch gebraucht"));
         const auto failed = b->viewContext().save();
         QVERIFY(!failed.ok());
-        QVERIFY2(failed.errorMessage().contains(QStringLiteral("endgültig gelöscht")), qPrintable(failed.errorMessage()));
+        QVERIFY2(failed.errorMessage().contains(QStringLiteral("endgültig gelöscht")),
+                 qPrintable(failed.errorMessage()));
         QCOMPARE(open()->viewContext().fetch().size(), 0);
 
         QVERIFY(b->viewContext().save().ok());
@@ -267,14 +268,13 @@ private Q_SLOTS:
 
     void migratedStoreNeverHandsOutAKeyTwice()
     {
-        executeOnStore(m_path,
-                       "CREATE TABLE poem (pk INTEGER PRIMARY KEY, id TEXT, title TEXT, title_normalized TEXT, "
-                       "text TEXT, rich_text_data BLOB, category TEXT, date INTEGER, writer_notes TEXT, "
-                       "is_published INTEGER NOT NULL DEFAULT 0, in_podcast INTEGER NOT NULL DEFAULT 0, "
-                       "external_id TEXT, created_at INTEGER, updated_at INTEGER, deleted_at INTEGER);"
-                       "INSERT INTO poem (pk, title, text, writer_notes, in_podcast) VALUES "
-                       "(3, 'Drei', 'Text drei', 'Notiz', 1), (8, 'Acht', NULL, NULL, 0);"
-                       "PRAGMA user_version=2;");
+        executeOnStore(m_path, "CREATE TABLE poem (pk INTEGER PRIMARY KEY, id TEXT, title TEXT, title_normalized TEXT, "
+                               "text TEXT, rich_text_data BLOB, category TEXT, date INTEGER, writer_notes TEXT, "
+                               "is_published INTEGER NOT NULL DEFAULT 0, in_podcast INTEGER NOT NULL DEFAULT 0, "
+                               "external_id TEXT, created_at INTEGER, updated_at INTEGER, deleted_at INTEGER);"
+                               "INSERT INTO poem (pk, title, text, writer_notes, in_podcast) VALUES "
+                               "(3, 'Drei', 'Text drei', 'Notiz', 1), (8, 'Acht', NULL, NULL, 0);"
+                               "PRAGMA user_version=2;");
         {
             auto controller = open();
             QVERIFY(controller);

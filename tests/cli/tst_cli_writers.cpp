@@ -22,7 +22,8 @@ private:
     std::unique_ptr<QProcess> start(const QStringList &arguments) const
     {
         auto process = std::make_unique<QProcess>();
-        process->start(QStringLiteral(ODELEAF_CLI), QStringList{QStringLiteral("--data-dir"), m_dir->path()} + arguments);
+        process->start(QStringLiteral(ODELEAF_CLI),
+                       QStringList{QStringLiteral("--data-dir"), m_dir->path()} + arguments);
         return process;
     }
 
@@ -79,8 +80,8 @@ private Q_SLOTS:
 
     void parallelEditsOfOnePoemKeepBoth()
     {
-        const QString id = m_cli->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Herbst")})
-                               .out.trimmed();
+        const QString id =
+            m_cli->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Herbst")}).out.trimmed();
         QCOMPARE(id.size(), 36);
         for (int round = 0; round < 15; ++round) {
             const QString title = QStringLiteral("Titel %1").arg(round);
