@@ -106,6 +106,21 @@ PoemStore::Row readRow(const SqliteStatement &s)
     return PoemStore::Row{s.int64(0), s.int64(1), std::move(v)};
 }
 
+// Every row the statement yields, each read by read().
+template <typename Read>
+auto collect(SqliteStatement &statement, Read read) -> Result<std::vector<decltype(read(statement))>>
+{
+    std::vector<decltype(read(statement))> rows;
+    for (;;) {
+        const auto hasRow = statement.step();
+        if (!hasRow)
+            return hasRow.error();
+        if (!*hasRow)
+            return rows;
+        rows.push_back(read(statement));
+    }
+}
+
 QString updateSql(PoemFieldSet fields)
 {
     QStringList assignments;
@@ -239,16 +254,7 @@ Result<std::vector<PoemStore::Row>> PoemStore::selectRows(const QString &conditi
         return statement.error();
     if (!condition.isEmpty())
         statement->bind(1, parameter);
-    std::vector<Row> rows;
-    for (;;) {
-        const auto hasRow = statement->step();
-        if (!hasRow)
-            return hasRow.error();
-        if (!*hasRow)
-            break;
-        rows.push_back(readRow(*statement));
-    }
-    return rows;
+    return collect(*statement, readRow);
 }
 
 Result<std::vector<PoemStore::Row>> PoemStore::loadAll()
@@ -277,16 +283,7 @@ Result<std::vector<qint64>> PoemStore::allKeys()
     auto statement = m_db->prepare(QStringLiteral("SELECT pk FROM poem ORDER BY pk"));
     if (!statement)
         return statement.error();
-    std::vector<qint64> keys;
-    for (;;) {
-        const auto hasRow = statement->step();
-        if (!hasRow)
-            return hasRow.error();
-        if (!*hasRow)
-            break;
-        keys.push_back(statement->int64(0));
-    }
-    return keys;
+    return collect(*statement, [](const SqliteStatement &row) { return row.int64(0); });
 }
 
 Result<qint64> PoemStore::dataVersion()
