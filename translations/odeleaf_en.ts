@@ -24,6 +24,25 @@
     </message>
 </context>
 <context>
+    <name>ArchiveContext</name>
+    <message>
+        <source>(ohne Titel)</source>
+        <translation>(untitled)</translation>
+    </message>
+    <message>
+        <source>„%1“ wurde in einem anderen Programm endgültig gelöscht. Die Änderung hier ist nicht gespeichert; beim nächsten Speichern wird das Gedicht neu angelegt.</source>
+        <translation>“%1” was deleted permanently in another program. The change made here has not been saved; the next save creates the poem again.</translation>
+    </message>
+    <message>
+        <source>„%1“ wurde gleichzeitig in einem anderen Programm geändert (%2). Die Änderung hier ist nicht gespeichert; beim nächsten Speichern ersetzt sie die andere.</source>
+        <translation>“%1” was changed in another program at the same time (%2). The change made here has not been saved; the next save replaces the other one.</translation>
+    </message>
+    <message>
+        <source>„%1“ wurde in einem anderen Programm geändert und deshalb nicht endgültig gelöscht. Beim nächsten Löschen geht diese Änderung verloren.</source>
+        <translation>“%1” was changed in another program and was therefore not deleted permanently. Deleting it again discards that change.</translation>
+    </message>
+</context>
+<context>
     <name>AtomicFileWriter</name>
     <message>
         <source>Der Ordner „%1“ konnte nicht angelegt werden: %2</source>
@@ -1356,6 +1375,57 @@ Qt %4</translation>
     <message>
         <source>%1 Kopie</source>
         <translation>%1 Copy</translation>
+    </message>
+</context>
+<context>
+    <name>PoemField</name>
+    <message>
+        <source>Kennung</source>
+        <translation>Identifier</translation>
+    </message>
+    <message>
+        <source>Titel</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Kategorie</source>
+        <translation>Category</translation>
+    </message>
+    <message>
+        <source>Datum</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>Notizen</source>
+        <translation>Notes</translation>
+    </message>
+    <message>
+        <source>Veröffentlicht</source>
+        <translation>Published</translation>
+    </message>
+    <message>
+        <source>Podcast</source>
+        <translation>Podcast</translation>
+    </message>
+    <message>
+        <source>Externe Kennung</source>
+        <translation>External identifier</translation>
+    </message>
+    <message>
+        <source>Erstellt</source>
+        <translation>Created</translation>
+    </message>
+    <message>
+        <source>Geändert</source>
+        <translation>Modified</translation>
+    </message>
+    <message>
+        <source>Papierkorb</source>
+        <translation>Trash</translation>
     </message>
 </context>
 <context>

@@ -1,6 +1,9 @@
 #include "archive/ArchiveContext.h"
 
+#include "archive/PoemMerge.h"
 #include "archive/PoemStore.h"
+
+#include <QStringList>
 
 #include <algorithm>
 
@@ -17,17 +20,99 @@ ArchiveContext::~ArchiveContext()
 
 Result<void> ArchiveContext::load()
 {
+    // Read before the rows, so a change committed in between is found by the next refresh.
+    const auto version = m_store->dataVersion();
+    if (!version)
+        return version.error();
     auto rows = m_store->loadAll();
     if (!rows)
         return rows.error();
     m_poems.clear();
     m_deleted.clear();
     m_changed.clear();
-    for (auto &row : *rows) {
-        m_poems.emplace(row.key, PoemPtr(new Poem(this, row.key, std::move(row.values), true)));
-        m_nextKey = std::max(m_nextKey, row.key + 1);
-    }
+    m_byRowKey.clear();
+    for (auto &row : *rows)
+        registerStored(std::move(row));
+    m_dataVersion = *version;
     return {};
+}
+
+void ArchiveContext::registerStored(PoemStore::Row row)
+{
+    // Context keys follow the store's keys where they can, but are never used twice: a
+    // poem created here may hold the key the store has since given to another process's
+    // poem, and views may still name a poem that is gone.
+    const qint64 key = std::max(row.key, m_nextKey);
+    PoemPtr poem(new Poem(this, key, std::move(row.values), true));
+    poem->m_rowKey = row.key;
+    poem->m_changeSeq = row.changeSeq;
+    m_poems.emplace(key, poem);
+    m_byRowKey.emplace(row.key, std::move(poem));
+    m_nextKey = std::max(m_nextKey, key + 1);
+    m_seenChangeSeq = std::max(m_seenChangeSeq, row.changeSeq);
+}
+
+Result<bool> ArchiveContext::refreshFromStore()
+{
+    const auto version = m_store->dataVersion();
+    if (!version)
+        return version.error();
+    if (m_dataVersion == *version)
+        return false;
+    auto changes = m_store->changesSince(m_seenChangeSeq);
+    if (!changes)
+        return changes.error();
+    bool changed = false;
+    for (auto &row : changes->rows) {
+        const auto known = m_byRowKey.find(row.key);
+        if (known == m_byRowKey.end()) {
+            registerStored(std::move(row));
+            changed = true;
+            continue;
+        }
+        m_seenChangeSeq = std::max(m_seenChangeSeq, row.changeSeq);
+        Poem &poem = *known->second;
+        const bool changedHere = poem.m_values != poem.m_saved || m_deleted.count(poem.m_key) > 0;
+        if (poem.m_changeSeq == row.changeSeq || changedHere)
+            continue;
+        poem.m_saved = row.values;
+        poem.m_values = std::move(row.values);
+        poem.m_changeSeq = row.changeSeq;
+        changed = true;
+    }
+    if (changes->rowCount != qint64(m_byRowKey.size())) {
+        const auto dropped = dropPoemsDeletedElsewhere();
+        if (!dropped)
+            return dropped.error();
+        changed = changed || *dropped;
+    }
+    m_dataVersion = *version;
+    if (changed)
+        Q_EMIT contextDidChange();
+    return changed;
+}
+
+Result<bool> ArchiveContext::dropPoemsDeletedElsewhere()
+{
+    const auto keys = m_store->allKeys();
+    if (!keys)
+        return keys.error();
+    bool dropped = false;
+    for (auto it = m_byRowKey.begin(); it != m_byRowKey.end();) {
+        Poem &poem = *it->second;
+        // A poem changed here stays: its save tells the user it is gone.
+        if (std::binary_search(keys->begin(), keys->end(), it->first) || poem.m_values != poem.m_saved) {
+            ++it;
+            continue;
+        }
+        m_poems.erase(poem.m_key);
+        m_deleted.erase(poem.m_key);
+        m_changed.erase(poem.m_key);
+        poem.m_context = nullptr;
+        it = m_byRowKey.erase(it);
+        dropped = true;
+    }
+    return dropped;
 }
 
 PoemPtr ArchiveContext::insertPoem()
@@ -102,36 +187,179 @@ bool ArchiveContext::hasChanges() const
            });
 }
 
+// What a save does to one poem in memory. After a commit saved and current are what
+// was written; after a failed save they re-base a poem another process changed.
+struct ArchiveContext::SaveStep {
+    PoemPtr poem;
+    qint64 rowKey = 0; // 0: the store no longer holds the poem
+    qint64 changeSeq = 0;
+    PoemValues saved;
+    PoemValues current;
+};
+
+namespace {
+
+QString poemLabel(const PoemValues &values)
+{
+    const QString title = values.title.value_or(QString()).trimmed();
+    return title.isEmpty() ? ArchiveContext::tr("(ohne Titel)") : title;
+}
+
+QString fieldNames(PoemFieldSet fields)
+{
+    QStringList names;
+    for (int i = 0; i < poemFieldCount; ++i) {
+        const QString name = poemFieldDisplayName(PoemField(i));
+        if (fields[size_t(i)] && !names.contains(name))
+            names.append(name);
+    }
+    return names.join(QStringLiteral(", "));
+}
+
+} // namespace
+
 Result<void> ArchiveContext::save()
 {
-    PoemStore::ChangeSet changes;
+    std::vector<PoemPtr> inserted;
+    std::vector<PoemPtr> updated;
+    std::vector<PoemPtr> removed;
     for (const qint64 key : m_changed) {
         if (const auto live = m_poems.find(key); live != m_poems.end()) {
-            const Poem &poem = *live->second;
-            if (!poem.m_persisted)
-                changes.inserted.push_back({key, poem.m_values});
-            else if (poem.m_values != poem.m_saved)
-                changes.updated.push_back({key, poem.m_values});
+            const PoemPtr &poem = live->second;
+            if (!poem->m_persisted)
+                inserted.push_back(poem);
+            else if (poem->m_values != poem->m_saved)
+                updated.push_back(poem);
         } else if (const auto gone = m_deleted.find(key); gone != m_deleted.end() && gone->second->m_persisted) {
-            changes.deleted.push_back(key);
+            removed.push_back(gone->second);
         }
     }
-    if (auto written = m_store->write(changes); !written)
-        return written;
+    if (inserted.empty() && updated.empty() && removed.empty()) {
+        finishSave({});
+        return {};
+    }
 
-    for (const qint64 key : m_changed) {
-        if (const auto live = m_poems.find(key); live != m_poems.end()) {
-            live->second->m_saved = live->second->m_values;
-            live->second->m_persisted = true;
+    auto write = m_store->beginWrite();
+    if (!write)
+        return write.error();
+    PoemStore::Write &store = **write;
+    const qint64 seq = store.changeSeq();
+    std::vector<SaveStep> done;
+    std::vector<SaveStep> rebased;
+    QStringList conflicts;
+    const auto fail = [&](const Error &error) -> Result<void> {
+        write->reset(); // rolls back before memory takes the other versions as base
+        for (const SaveStep &step : rebased)
+            applySaveStep(step);
+        return error;
+    };
+
+    for (const PoemPtr &poem : inserted) {
+        const auto key = store.insert(poem->m_values);
+        if (!key)
+            return fail(key.error());
+        done.push_back({poem, *key, seq, poem->m_values, poem->m_values});
+    }
+    for (const PoemPtr &poem : updated) {
+        const PoemFieldSet fields = differingFields(poem->m_saved, poem->m_values);
+        const auto current = store.update(poem->m_rowKey, poem->m_changeSeq, poem->m_values, fields);
+        if (!current)
+            return fail(current.error());
+        if (*current) {
+            done.push_back({poem, poem->m_rowKey, seq, poem->m_values, poem->m_values});
+            continue;
         }
+        const auto stored = store.row(poem->m_rowKey);
+        if (!stored)
+            return fail(stored.error());
+        if (!*stored) {
+            conflicts.append(tr("„%1“ wurde in einem anderen Programm endgültig gelöscht. Die Änderung hier ist nicht "
+                                "gespeichert; beim nächsten Speichern wird das Gedicht neu angelegt.")
+                                 .arg(poemLabel(poem->m_values)));
+            rebased.push_back({poem, 0, 0, poem->m_saved, poem->m_values});
+            continue;
+        }
+        const PoemMerge::Outcome merge = PoemMerge::merge(poem->m_saved, poem->m_values, (*stored)->values);
+        rebased.push_back({poem, poem->m_rowKey, (*stored)->changeSeq, (*stored)->values, merge.merged});
+        if (merge.conflicts.any()) {
+            conflicts.append(tr("„%1“ wurde gleichzeitig in einem anderen Programm geändert (%2). Die Änderung hier "
+                                "ist nicht gespeichert; beim nächsten Speichern ersetzt sie die andere.")
+                                 .arg(poemLabel(poem->m_values), fieldNames(merge.conflicts)));
+            continue;
+        }
+        if (merge.toWrite.none()) {
+            done.push_back({poem, poem->m_rowKey, (*stored)->changeSeq, merge.merged, merge.merged});
+            continue;
+        }
+        const auto merged = store.update(poem->m_rowKey, (*stored)->changeSeq, merge.merged, merge.toWrite);
+        if (!merged)
+            return fail(merged.error());
+        done.push_back({poem, poem->m_rowKey, seq, merge.merged, merge.merged});
+    }
+    for (const PoemPtr &poem : removed) {
+        const auto gone = store.remove(poem->m_rowKey, poem->m_changeSeq);
+        if (!gone)
+            return fail(gone.error());
+        if (*gone) {
+            done.push_back({poem, 0, 0, {}, {}});
+            continue;
+        }
+        const auto stored = store.row(poem->m_rowKey);
+        if (!stored)
+            return fail(stored.error());
+        if (!*stored) {
+            done.push_back({poem, 0, 0, {}, {}}); // deleted elsewhere as well
+            continue;
+        }
+        conflicts.append(tr("„%1“ wurde in einem anderen Programm geändert und deshalb nicht endgültig gelöscht. "
+                            "Beim nächsten Löschen geht diese Änderung verloren.")
+                             .arg(poemLabel((*stored)->values)));
+        rebased.push_back({poem, poem->m_rowKey, (*stored)->changeSeq, (*stored)->values, (*stored)->values});
+    }
+    if (!conflicts.isEmpty())
+        return fail(Error{conflicts.join(QLatin1Char(' '))});
+    if (auto committed = store.commit(); !committed)
+        return fail(committed.error());
+    write->reset();
+    finishSave(done);
+    return {};
+}
+
+void ArchiveContext::applySaveStep(const SaveStep &step)
+{
+    Poem &poem = *step.poem;
+    if (poem.m_rowKey != 0 && poem.m_rowKey != step.rowKey)
+        m_byRowKey.erase(poem.m_rowKey);
+    poem.m_rowKey = step.rowKey;
+    poem.m_persisted = step.rowKey != 0;
+    poem.m_changeSeq = step.changeSeq;
+    poem.m_saved = step.saved;
+    poem.m_values = step.current;
+    if (step.rowKey != 0)
+        m_byRowKey.emplace(step.rowKey, step.poem);
+}
+
+void ArchiveContext::finishSave(const std::vector<SaveStep> &steps)
+{
+    for (const SaveStep &step : steps) {
+        if (step.rowKey == 0)
+            m_byRowKey.erase(step.poem->m_rowKey);
+        else
+            applySaveStep(step);
     }
     for (auto &[key, poem] : m_deleted)
         poem->m_context = nullptr;
     m_deleted.clear();
     m_changed.clear();
-    if (!changes.isEmpty())
+    if (!steps.empty())
         Q_EMIT contextDidChange();
-    return {};
+}
+
+Result<void> ArchiveContext::saveIfBatchFull()
+{
+    if (changedPoemCount() < saveBatchSize)
+        return {};
+    return save();
 }
 
 void ArchiveContext::rollback()

@@ -46,7 +46,8 @@ public:
     bool isInTrash() const { return m_values.deletedAt.has_value(); }
     bool hasUnsavedChanges() const { return m_values != m_saved || !m_persisted; }
 
-    // Stable for the life of the store: a new poem keeps it when it is saved.
+    // The poem's identity in its context, stable for the context's life: a new poem keeps
+    // it when it is saved, although the store hands out its row key only then.
     qint64 storeKey() const { return m_key; }
     QString objectID() const;
     static QString objectIDPrefix();
@@ -68,8 +69,10 @@ private:
     ArchiveContext *m_context;
     qint64 m_key;
     PoemValues m_values;
-    PoemValues m_saved;
+    PoemValues m_saved; // as last read from or written to the store
     bool m_persisted;
+    qint64 m_rowKey = 0;    // the store's key, once persisted
+    qint64 m_changeSeq = 0; // the store's change number of m_saved
 };
 
 using PoemPtr = std::shared_ptr<Poem>;

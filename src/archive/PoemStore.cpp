@@ -5,13 +5,37 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QStringList>
 #include <QTimeZone>
 #include <QUrl>
 
 namespace {
 
-const char *const columnList = "pk, id, title, title_normalized, text, rich_text_data, category, date, writer_notes, "
-                               "is_published, in_podcast, external_id, created_at, updated_at, deleted_at";
+// Column names in PoemField order.
+const char *const fieldColumns[poemFieldCount] = {
+    "id",           "title",        "title_normalized", "text",        "rich_text_data", "category",   "date",
+    "writer_notes", "is_published", "in_podcast",       "external_id", "created_at",     "updated_at", "deleted_at",
+};
+
+const char *const selectColumns =
+    "pk, change_seq, id, title, title_normalized, text, rich_text_data, category, date, writer_notes, "
+    "is_published, in_podcast, external_id, created_at, updated_at, deleted_at";
+
+// AUTOINCREMENT keeps a key from coming back after its poem was deleted for good, so a
+// process still holding the old poem can never mistake a newer one for it.
+const char *const createPoemTable =
+    "CREATE TABLE poem (pk INTEGER PRIMARY KEY AUTOINCREMENT, id TEXT, title TEXT, title_normalized TEXT, "
+    "text TEXT, rich_text_data BLOB, category TEXT, date INTEGER, writer_notes TEXT, "
+    "is_published INTEGER NOT NULL DEFAULT 0, in_podcast INTEGER NOT NULL DEFAULT 0, external_id TEXT, "
+    "created_at INTEGER, updated_at INTEGER, deleted_at INTEGER, change_seq INTEGER NOT NULL DEFAULT 0)";
+
+const char *const createChangeTracking[] = {
+    "CREATE INDEX poem_change_seq ON poem (change_seq)",
+    // The last change number handed out; unlike max(change_seq) it never goes back when
+    // the newest row is deleted.
+    "CREATE TABLE store_change (seq INTEGER NOT NULL)",
+    "INSERT INTO store_change (seq) VALUES (0)",
+};
 
 std::optional<qint64> msecs(const std::optional<QDateTime> &value)
 {
@@ -27,13 +51,6 @@ std::optional<QDateTime> dateTime(const std::optional<qint64> &value)
     return QDateTime::fromMSecsSinceEpoch(*value, Qt::UTC);
 }
 
-std::optional<QString> idText(const std::optional<QUuid> &id)
-{
-    if (!id)
-        return std::nullopt;
-    return uuidText(*id);
-}
-
 std::optional<QUuid> idValue(const std::optional<QString> &text)
 {
     if (!text)
@@ -44,43 +61,76 @@ std::optional<QUuid> idValue(const std::optional<QString> &text)
     return id;
 }
 
-void bindValues(SqliteStatement &statement, qint64 key, const PoemValues &v)
+void bindValue(SqliteStatement &statement, int index, const std::optional<QUuid> &id)
 {
-    statement.bind(1, key);
-    statement.bind(2, idText(v.id));
-    statement.bind(3, v.title);
-    statement.bind(4, v.titleNormalized);
-    statement.bind(5, v.text);
-    statement.bind(6, v.richTextData);
-    statement.bind(7, v.category);
-    statement.bind(8, msecs(v.date));
-    statement.bind(9, v.writerNotes);
-    statement.bind(10, qint64(v.isPublished));
-    statement.bind(11, qint64(v.inPodcast));
-    statement.bind(12, v.externalId);
-    statement.bind(13, msecs(v.createdAt));
-    statement.bind(14, msecs(v.updatedAt));
-    statement.bind(15, msecs(v.deletedAt));
+    statement.bind(index, id ? std::optional<QString>(uuidText(*id)) : std::nullopt);
 }
 
-PoemValues readValues(const SqliteStatement &s)
+void bindValue(SqliteStatement &statement, int index, const std::optional<QDateTime> &value)
+{
+    statement.bind(index, msecs(value));
+}
+
+void bindValue(SqliteStatement &statement, int index, bool value)
+{
+    statement.bind(index, qint64(value));
+}
+
+template <typename T> void bindValue(SqliteStatement &statement, int index, const std::optional<T> &value)
+{
+    statement.bind(index, value);
+}
+
+void bindField(SqliteStatement &statement, int index, PoemField field, const PoemValues &values)
+{
+    withPoemMember(field, [&](auto member) { bindValue(statement, index, values.*member); });
+}
+
+// Columns as selectColumns lists them.
+PoemStore::Row readRow(const SqliteStatement &s)
 {
     PoemValues v;
-    v.id = idValue(s.optionalText(1));
-    v.title = s.optionalText(2);
-    v.titleNormalized = s.optionalText(3);
-    v.text = s.optionalText(4);
-    v.richTextData = s.optionalBlob(5);
-    v.category = s.optionalText(6);
-    v.date = dateTime(s.optionalInt64(7));
-    v.writerNotes = s.optionalText(8);
-    v.isPublished = s.int64(9) != 0;
-    v.inPodcast = s.int64(10) != 0;
-    v.externalId = s.optionalText(11);
-    v.createdAt = dateTime(s.optionalInt64(12));
-    v.updatedAt = dateTime(s.optionalInt64(13));
-    v.deletedAt = dateTime(s.optionalInt64(14));
-    return v;
+    v.id = idValue(s.optionalText(2));
+    v.title = s.optionalText(3);
+    v.titleNormalized = s.optionalText(4);
+    v.text = s.optionalText(5);
+    v.richTextData = s.optionalBlob(6);
+    v.category = s.optionalText(7);
+    v.date = dateTime(s.optionalInt64(8));
+    v.writerNotes = s.optionalText(9);
+    v.isPublished = s.int64(10) != 0;
+    v.inPodcast = s.int64(11) != 0;
+    v.externalId = s.optionalText(12);
+    v.createdAt = dateTime(s.optionalInt64(13));
+    v.updatedAt = dateTime(s.optionalInt64(14));
+    v.deletedAt = dateTime(s.optionalInt64(15));
+    return PoemStore::Row{s.int64(0), s.int64(1), std::move(v)};
+}
+
+// Every row the statement yields, each read by read().
+template <typename Read>
+auto collect(SqliteStatement &statement, Read read) -> Result<std::vector<decltype(read(statement))>>
+{
+    std::vector<decltype(read(statement))> rows;
+    for (;;) {
+        const auto hasRow = statement.step();
+        if (!hasRow)
+            return hasRow.error();
+        if (!*hasRow)
+            return rows;
+        rows.push_back(read(statement));
+    }
+}
+
+QString updateSql(PoemFieldSet fields)
+{
+    QStringList assignments;
+    for (int i = 0; i < poemFieldCount; ++i) {
+        if (fields[size_t(i)])
+            assignments.append(QStringLiteral("%1=?%2").arg(QLatin1String(fieldColumns[i])).arg(i + 4));
+    }
+    assignments.append(QStringLiteral("change_seq=?3"));
+    return QStringLiteral("UPDATE poem SET %1 WHERE pk=?1 AND change_seq=?2").arg(assignments.join(QLatin1Char(',')));
 }
 
 } // namespace
@@ -157,13 +207,10 @@ Result<std::unique_ptr<PoemStore>> PoemStore::prepare(std::unique_ptr<SqliteData
                          .arg(*version)
                          .arg(currentSchemaVersion)};
     if (*version == 0) {
-        auto tables = db->prepare(QStringLiteral("SELECT count(*) FROM sqlite_master"));
+        const auto tables = db->queryInt64(QStringLiteral("SELECT count(*) FROM sqlite_master"));
         if (!tables)
             return tables.error();
-        const auto row = tables->step();
-        if (!row)
-            return row.error();
-        if (tables->int64(0) > 0)
+        if (*tables > 0)
             return Error{PoemStore::tr("Die Datei ist kein OdeLeaf-Archiv.")};
     }
     if (!path.isEmpty()) {
@@ -174,97 +221,206 @@ Result<std::unique_ptr<PoemStore>> PoemStore::prepare(std::unique_ptr<SqliteData
         return sync.error();
 
     std::unique_ptr<PoemStore> store(new PoemStore(std::move(db), path));
-    if (auto migrated = store->migrate(*version); !migrated)
-        return migrated.error();
+    if (*version != currentSchemaVersion) {
+        if (auto migrated = store->migrate(); !migrated)
+            return migrated.error();
+    }
     return store;
 }
 
-Result<void> PoemStore::migrate(int fromVersion)
+Result<void> PoemStore::migrate()
 {
-    if (fromVersion == currentSchemaVersion)
-        return {};
     SqliteTransaction transaction(*m_db);
     if (auto begun = transaction.begin(); !begun)
         return begun;
-    if (fromVersion == 0) {
-        auto created = m_db->execute(QStringLiteral(
-            "CREATE TABLE poem (pk INTEGER PRIMARY KEY, id TEXT, title TEXT, title_normalized TEXT, text TEXT, "
-            "rich_text_data BLOB, category TEXT, date INTEGER, writer_notes TEXT, "
-            "is_published INTEGER NOT NULL DEFAULT 0, in_podcast INTEGER NOT NULL DEFAULT 0, external_id TEXT, "
-            "created_at INTEGER, updated_at INTEGER, deleted_at INTEGER)"));
-        if (!created)
-            return created;
-    }
-    if (fromVersion == 1) {
-        // Version 1 had neither writer's notes nor the podcast flag.
-        for (const char *sql : {"ALTER TABLE poem ADD COLUMN writer_notes TEXT",
-                                "ALTER TABLE poem ADD COLUMN in_podcast INTEGER NOT NULL DEFAULT 0"}) {
-            if (auto altered = m_db->execute(QString::fromLatin1(sql)); !altered)
-                return altered;
-        }
+    // Read again under the write lock: another process may have migrated the file since.
+    const auto version = m_db->userVersion();
+    if (!version)
+        return version.error();
+    if (*version == currentSchemaVersion)
+        return {};
+    if (*version > currentSchemaVersion)
+        return Error{tr("Die Archivdatei stammt aus einer neueren Version von OdeLeaf (Schema %1, diese Version kennt "
+                        "Schema %2).")
+                         .arg(*version)
+                         .arg(currentSchemaVersion)};
+    for (int from = *version; from < currentSchemaVersion; from = from == 0 ? currentSchemaVersion : from + 1) {
+        if (auto stepped = migrateStep(from); !stepped)
+            return stepped;
     }
     if (auto stamped = m_db->execute(QStringLiteral("PRAGMA user_version=%1").arg(currentSchemaVersion)); !stamped)
         return stamped;
     return transaction.commit();
 }
 
-Result<std::vector<PoemStore::Row>> PoemStore::loadAll()
+Result<void> PoemStore::migrateStep(int fromVersion)
 {
-    auto statement = m_db->prepare(QStringLiteral("SELECT %1 FROM poem ORDER BY pk").arg(QLatin1String(columnList)));
-    if (!statement)
-        return statement.error();
-    std::vector<Row> rows;
-    for (;;) {
-        const auto hasRow = statement->step();
-        if (!hasRow)
-            return hasRow.error();
-        if (!*hasRow)
-            break;
-        rows.push_back(Row{statement->int64(0), readValues(*statement)});
+    QStringList statements;
+    if (fromVersion == 0) {
+        statements.append(QString::fromLatin1(createPoemTable));
+    } else if (fromVersion == 1) {
+        // Version 1 had neither writer's notes nor the podcast flag.
+        statements = {QStringLiteral("ALTER TABLE poem ADD COLUMN writer_notes TEXT"),
+                      QStringLiteral("ALTER TABLE poem ADD COLUMN in_podcast INTEGER NOT NULL DEFAULT 0")};
+    } else if (fromVersion == 2) {
+        // Version 2 took its keys from the writer's memory and had no change numbers;
+        // every row moves over with its key.
+        const QString columns =
+            QStringLiteral("pk, ") + QStringList(std::begin(fieldColumns), std::end(fieldColumns)).join(u", ");
+        statements = {QString::fromLatin1(createPoemTable)
+                          .replace(QStringLiteral("TABLE poem"), QStringLiteral("TABLE poem_next")),
+                      QStringLiteral("INSERT INTO poem_next (%1) SELECT %1 FROM poem").arg(columns),
+                      QStringLiteral("DROP TABLE poem"), QStringLiteral("ALTER TABLE poem_next RENAME TO poem")};
     }
-    return rows;
+    if (fromVersion == 0 || fromVersion == 2) {
+        for (const char *sql : createChangeTracking)
+            statements.append(QString::fromLatin1(sql));
+    }
+    for (const QString &sql : statements) {
+        if (auto done = m_db->execute(sql); !done)
+            return done;
+    }
+    return {};
 }
 
-Result<void> PoemStore::write(const ChangeSet &changes)
+Result<std::vector<PoemStore::Row>> PoemStore::selectRows(const QString &condition, qint64 parameter)
 {
-    if (changes.isEmpty())
-        return {};
+    auto statement = m_db->prepare(
+        QStringLiteral("SELECT %1 FROM poem %2 ORDER BY pk").arg(QLatin1String(selectColumns), condition));
+    if (!statement)
+        return statement.error();
+    if (!condition.isEmpty())
+        statement->bind(1, parameter);
+    return collect(*statement, readRow);
+}
+
+Result<std::vector<PoemStore::Row>> PoemStore::loadAll()
+{
+    return selectRows(QString(), 0);
+}
+
+Result<PoemStore::Changes> PoemStore::changesSince(qint64 changeSeq)
+{
+    SqliteTransaction transaction(*m_db, SqliteTransaction::Kind::read);
+    if (auto begun = transaction.begin(); !begun)
+        return begun.error();
+    auto rows = selectRows(QStringLiteral("WHERE change_seq > ?1"), changeSeq);
+    if (!rows)
+        return rows.error();
+    const auto count = m_db->queryInt64(QStringLiteral("SELECT count(*) FROM poem"));
+    if (!count)
+        return count.error();
+    if (auto ended = transaction.commit(); !ended)
+        return ended.error();
+    return Changes{std::move(rows.value()), *count};
+}
+
+Result<std::vector<qint64>> PoemStore::allKeys()
+{
+    auto statement = m_db->prepare(QStringLiteral("SELECT pk FROM poem ORDER BY pk"));
+    if (!statement)
+        return statement.error();
+    return collect(*statement, [](const SqliteStatement &row) { return row.int64(0); });
+}
+
+Result<qint64> PoemStore::dataVersion()
+{
+    return m_db->queryInt64(QStringLiteral("PRAGMA data_version"));
+}
+
+Result<SqliteStatement *> PoemStore::cachedStatement(const QString &sql)
+{
+    if (const auto found = m_statements.find(sql); found != m_statements.end())
+        return &found->second;
+    auto prepared = m_db->prepare(sql);
+    if (!prepared)
+        return prepared.error();
+    return &m_statements.emplace(sql, std::move(prepared.value())).first->second;
+}
+
+Result<std::unique_ptr<PoemStore::Write>> PoemStore::beginWrite()
+{
     if (m_readOnly)
         return Error{readOnlyText()};
-    SqliteTransaction transaction(*m_db);
-    if (auto begun = transaction.begin(); !begun)
-        return begun;
+    auto transaction = std::make_unique<SqliteTransaction>(*m_db);
+    if (auto begun = transaction->begin(); !begun)
+        return begun.error();
+    const auto seq = m_db->queryInt64(QStringLiteral("UPDATE store_change SET seq = seq + 1 RETURNING seq"));
+    if (!seq)
+        return seq.error();
+    return std::unique_ptr<Write>(new Write(*this, std::move(transaction), *seq));
+}
 
-    const QString placeholders = QStringLiteral("?,?,?,?,?,?,?,?,?,?,?,?,?,?,?");
-    auto insert =
-        m_db->prepare(QStringLiteral("INSERT INTO poem (%1) VALUES (%2)").arg(QLatin1String(columnList), placeholders));
-    if (!insert)
-        return insert.error();
-    for (const Row &row : changes.inserted) {
-        bindValues(*insert, row.key, row.values);
-        if (auto done = insert->run(); !done)
-            return done;
-    }
+PoemStore::Write::Write(PoemStore &store, std::unique_ptr<SqliteTransaction> transaction, qint64 changeSeq)
+    : m_store(store), m_transaction(std::move(transaction)), m_changeSeq(changeSeq)
+{
+}
 
-    auto update = m_db->prepare(QStringLiteral(
-        "UPDATE poem SET id=?2, title=?3, title_normalized=?4, text=?5, rich_text_data=?6, category=?7, date=?8, "
-        "writer_notes=?9, is_published=?10, in_podcast=?11, external_id=?12, created_at=?13, updated_at=?14, "
-        "deleted_at=?15 WHERE pk=?1"));
-    if (!update)
-        return update.error();
-    for (const Row &row : changes.updated) {
-        bindValues(*update, row.key, row.values);
-        if (auto done = update->run(); !done)
-            return done;
-    }
+PoemStore::Write::~Write() = default;
 
-    auto remove = m_db->prepare(QStringLiteral("DELETE FROM poem WHERE pk=?1"));
-    if (!remove)
-        return remove.error();
-    for (const qint64 key : changes.deleted) {
-        remove->bind(1, key);
-        if (auto done = remove->run(); !done)
-            return done;
+Result<qint64> PoemStore::Write::insert(const PoemValues &values)
+{
+    static const QString sql = [] {
+        const QStringList columns(std::begin(fieldColumns), std::end(fieldColumns));
+        QStringList placeholders;
+        for (int i = 0; i < poemFieldCount; ++i)
+            placeholders.append(QStringLiteral("?%1").arg(i + 2));
+        return QStringLiteral("INSERT INTO poem (change_seq, %1) VALUES (?1, %2)")
+            .arg(columns.join(u", "), placeholders.join(u", "));
+    }();
+    auto statement = m_store.cachedStatement(sql);
+    if (!statement)
+        return statement.error();
+    SqliteStatement &insert = **statement;
+    insert.bind(1, m_changeSeq);
+    for (int i = 0; i < poemFieldCount; ++i)
+        bindField(insert, i + 2, PoemField(i), values);
+    if (auto done = insert.run(); !done)
+        return done.error();
+    return m_store.m_db->lastInsertRowId();
+}
+
+Result<bool> PoemStore::Write::update(qint64 key, qint64 expectedSeq, const PoemValues &values, PoemFieldSet fields)
+{
+    auto statement = m_store.cachedStatement(updateSql(fields));
+    if (!statement)
+        return statement.error();
+    SqliteStatement &update = **statement;
+    update.bind(1, key);
+    update.bind(2, expectedSeq);
+    update.bind(3, m_changeSeq);
+    for (int i = 0; i < poemFieldCount; ++i) {
+        if (fields[size_t(i)])
+            bindField(update, i + 4, PoemField(i), values);
     }
-    return transaction.commit();
+    if (auto done = update.run(); !done)
+        return done.error();
+    return m_store.m_db->changes() == 1;
+}
+
+Result<bool> PoemStore::Write::remove(qint64 key, qint64 expectedSeq)
+{
+    auto statement = m_store.cachedStatement(QStringLiteral("DELETE FROM poem WHERE pk=?1 AND change_seq=?2"));
+    if (!statement)
+        return statement.error();
+    (*statement)->bind(1, key);
+    (*statement)->bind(2, expectedSeq);
+    if (auto done = (*statement)->run(); !done)
+        return done.error();
+    return m_store.m_db->changes() == 1;
+}
+
+Result<std::optional<PoemStore::Row>> PoemStore::Write::row(qint64 key)
+{
+    auto rows = m_store.selectRows(QStringLiteral("WHERE pk = ?1"), key);
+    if (!rows)
+        return rows.error();
+    if (rows->empty())
+        return std::optional<Row>();
+    return std::optional<Row>(std::move(rows->front()));
+}
+
+Result<void> PoemStore::Write::commit()
+{
+    return m_transaction->commit();
 }

@@ -1,33 +1,62 @@
 #pragma once
 
+#include "archive/PoemField.h"
 #include "archive/PoemValues.h"
 #include "archive/Result.h"
+#include "archive/SqliteStatement.h"
 
 #include <QCoreApplication>
 #include <QString>
 
+#include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class SqliteDatabase;
+class SqliteTransaction;
 
-// The SQLite file behind the archive: schema, migration, and whole-change writes.
+// The SQLite file behind the archive: schema, migration, and writes that several
+// processes can make at once. The database hands out the row keys, and every write
+// stamps the rows it touches with a store-wide change number that only grows, so a
+// reader finds what others changed since it last looked, and a writer finds out whether
+// a row is still the version it loaded.
 class PoemStore {
     Q_DECLARE_TR_FUNCTIONS(PoemStore)
 
 public:
-    static constexpr int currentSchemaVersion = 2;
+    static constexpr int currentSchemaVersion = 3;
 
     struct Row {
         qint64 key;
+        qint64 changeSeq;
         PoemValues values;
     };
 
-    struct ChangeSet {
-        std::vector<Row> inserted;
-        std::vector<Row> updated;
-        std::vector<qint64> deleted;
-        bool isEmpty() const { return inserted.empty() && updated.empty() && deleted.empty(); }
+    struct Changes {
+        std::vector<Row> rows; // changed or added since the given change number
+        qint64 rowCount = 0;   // of the whole table, to notice rows removed meanwhile
+    };
+
+    // One write transaction. Nothing is stored unless commit() succeeds.
+    class Write {
+    public:
+        ~Write();
+        qint64 changeSeq() const { return m_changeSeq; }
+        Result<qint64> insert(const PoemValues &values);
+        // False when the row is gone or carries another change number than expected:
+        // another process changed it since it was read.
+        Result<bool> update(qint64 key, qint64 expectedSeq, const PoemValues &values, PoemFieldSet fields);
+        Result<bool> remove(qint64 key, qint64 expectedSeq);
+        Result<std::optional<Row>> row(qint64 key);
+        Result<void> commit();
+
+    private:
+        friend class PoemStore;
+        Write(PoemStore &store, std::unique_ptr<SqliteTransaction> transaction, qint64 changeSeq);
+        PoemStore &m_store;
+        std::unique_ptr<SqliteTransaction> m_transaction;
+        qint64 m_changeSeq;
     };
 
     // Opens (or creates) the file and brings its schema up to date. A file that is not an
@@ -43,17 +72,25 @@ public:
     ~PoemStore();
 
     Result<std::vector<Row>> loadAll();
-    // All rows of the change or none.
-    Result<void> write(const ChangeSet &changes);
+    Result<Changes> changesSince(qint64 changeSeq);
+    Result<std::vector<qint64>> allKeys();
+    // Moves whenever another connection has committed a change.
+    Result<qint64> dataVersion();
+    // Waits for other writers up to the busy timeout.
+    Result<std::unique_ptr<Write>> beginWrite();
 
     QString path() const { return m_path; }
 
 private:
     PoemStore(std::unique_ptr<SqliteDatabase> db, QString path);
     static Result<std::unique_ptr<PoemStore>> prepare(std::unique_ptr<SqliteDatabase> db, const QString &path);
-    Result<void> migrate(int fromVersion);
+    Result<void> migrate();
+    Result<void> migrateStep(int fromVersion);
+    Result<std::vector<Row>> selectRows(const QString &condition, qint64 parameter);
+    Result<SqliteStatement *> cachedStatement(const QString &sql);
 
     std::unique_ptr<SqliteDatabase> m_db;
+    std::map<QString, SqliteStatement> m_statements;
     QString m_path;
     bool m_readOnly = false;
 };

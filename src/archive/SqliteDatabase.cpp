@@ -27,7 +27,7 @@ Result<std::unique_ptr<SqliteDatabase>> SqliteDatabase::open(const QString &path
         return Error{message};
     }
     sqlite3_extended_result_codes(db, 1);
-    sqlite3_busy_timeout(db, 2000);
+    sqlite3_busy_timeout(db, busyTimeoutMs);
     return std::unique_ptr<SqliteDatabase>(new SqliteDatabase(db));
 }
 
@@ -57,13 +57,31 @@ Result<SqliteStatement> SqliteDatabase::prepare(const QString &sql)
 
 Result<int> SqliteDatabase::userVersion()
 {
-    auto statement = prepare(QStringLiteral("PRAGMA user_version"));
+    const auto version = queryInt64(QStringLiteral("PRAGMA user_version"));
+    if (!version)
+        return version.error();
+    return int(*version);
+}
+
+Result<qint64> SqliteDatabase::queryInt64(const QString &sql)
+{
+    auto statement = prepare(sql);
     if (!statement)
         return statement.error();
     const auto row = statement->step();
     if (!row)
         return row.error();
-    return *row ? int(statement->int64(0)) : 0;
+    return *row ? statement->int64(0) : 0;
+}
+
+int SqliteDatabase::changes() const
+{
+    return sqlite3_changes(m_db);
+}
+
+qint64 SqliteDatabase::lastInsertRowId() const
+{
+    return sqlite3_last_insert_rowid(m_db);
 }
 
 QString SqliteDatabase::lastError() const
@@ -79,7 +97,7 @@ SqliteTransaction::~SqliteTransaction()
 
 Result<void> SqliteTransaction::begin()
 {
-    auto result = m_db.execute(QStringLiteral("BEGIN IMMEDIATE"));
+    auto result = m_db.execute(m_kind == Kind::write ? QStringLiteral("BEGIN IMMEDIATE") : QStringLiteral("BEGIN"));
     m_open = result.ok();
     return result;
 }

@@ -14,6 +14,10 @@ class SqliteDatabase {
 public:
     enum class OpenMode { ReadWriteCreate, ReadWrite, ReadOnly };
 
+    // How long a statement waits for another process's write to finish. Long writes
+    // commit in batches that take far less than this.
+    static constexpr int busyTimeoutMs = 20000;
+
     static Result<std::unique_ptr<SqliteDatabase>> open(const QString &path, OpenMode mode);
 
     ~SqliteDatabase();
@@ -23,6 +27,11 @@ public:
     Result<void> execute(const QString &sql);
     Result<SqliteStatement> prepare(const QString &sql);
     Result<int> userVersion();
+    // The first column of the first row, 0 when there is none.
+    Result<qint64> queryInt64(const QString &sql);
+    // Rows changed by the last INSERT, UPDATE or DELETE of this connection.
+    int changes() const;
+    qint64 lastInsertRowId() const;
 
     QString lastError() const;
     sqlite3 *handle() const { return m_db; }
@@ -33,15 +42,19 @@ private:
 };
 
 // Commits only when told to; rolls back on destruction otherwise, so an early return
-// never leaves half a change in the file.
+// never leaves half a change in the file. A write transaction takes the write lock at
+// once, so what it reads stays as read until it commits; a read transaction gives a
+// consistent view over several statements.
 class SqliteTransaction {
 public:
-    explicit SqliteTransaction(SqliteDatabase &db) : m_db(db) {}
+    enum class Kind { write, read };
+    explicit SqliteTransaction(SqliteDatabase &db, Kind kind = Kind::write) : m_db(db), m_kind(kind) {}
     ~SqliteTransaction();
     Result<void> begin();
     Result<void> commit();
 
 private:
     SqliteDatabase &m_db;
+    Kind m_kind;
     bool m_open = false;
 };

@@ -36,11 +36,14 @@ public:
     static Result<RestorePreview> previewRestore(const QString &path, const QList<PoemPtr> &localPoems);
     static RestorePreview preview(Backup backup, const QList<PoemPtr> &localPoems);
 
-    // Saves once at the end, and only when something changed. A failed save leaves the
-    // changes unsaved in the context.
+    // Saves in batches of ArchiveContext::saveBatchSize poems, so another process waiting
+    // for the store gets through, and once at the end when something is left. A failed
+    // save stops the restore and leaves that batch unsaved in the context; the batches
+    // before it stay stored (the safety backup is the way back).
     static Result<RestoreCounts> restore(const Backup &backup, ArchiveContext &context, RestoreMode mode);
     // The restore the user starts: a safety backup "pre-restore" of every poem first; if
-    // it cannot be written the archive is not touched. A failed restore is rolled back.
+    // it cannot be written the archive is not touched. A failed restore rolls back what
+    // it had not saved yet.
     static Result<RestoreOutcome> restoreWithSafetyBackup(const Backup &backup, ArchiveContext &context,
                                                           RestoreMode mode,
                                                           const QDateTime &now = QDateTime::currentDateTime());

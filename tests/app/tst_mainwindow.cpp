@@ -183,6 +183,48 @@ private Q_SLOTS:
         QCOMPARE(window.sidebar()->trashButton()->text(), QStringLiteral("0 im Papierkorb"));
     }
 
+    void changesStoredByAnotherProcessShowUpWhileWriting()
+    {
+        const PoemPtr herbst = storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter"));
+        storedPoem(QStringLiteral("Winter"));
+        MainWindow &window = openWindow();
+        window.selectPoem(herbst);
+        auto *body = window.detailView()->editorPane()->textView();
+        body->setFocus();
+        QTextCursor cursor = body->textCursor();
+        cursor.setPosition(3);
+        body->setTextCursor(cursor);
+
+        // A script on the same archive, through its own connection.
+        {
+            auto script = std::move(PersistenceController::open(storePath()).value());
+            ArchiveContext &other = script->viewContext();
+            for (const PoemPtr &poem : other.fetch()) {
+                if (poem->title() == QStringLiteral("Winter"))
+                    poem->setTitle(QStringLiteral("Frost"));
+                else
+                    poem->setWriterNotes(QStringLiteral("von der Kommandozeile"));
+            }
+            PoemFactory::makeNewPoem(other, QDateTime::currentDateTimeUtc())->setTitle(QStringLiteral("Frühling"));
+            QVERIFY(other.save().ok());
+        }
+
+        QTRY_COMPARE_WITH_TIMEOUT(listedTitles(window).size(), 3, 6000);
+        QStringList titles = listedTitles(window);
+        titles.sort();
+        QCOMPARE(titles, (QStringList{"Frost", "Frühling", "Herbst"}));
+        QCOMPARE(window.selectedPoem(), herbst);
+        QCOMPARE(window.detailView()->notesField()->toPlainText(), QStringLiteral("von der Kommandozeile"));
+        QCOMPARE(body->toPlainText(), QStringLiteral("Blätter"));
+        QCOMPARE(body->textCursor().position(), 3);
+        QVERIFY(body->hasFocus());
+
+        // Typing on goes into the poem as the script left it.
+        QTest::keyClicks(body, QStringLiteral("X"));
+        QCOMPARE(*herbst->text(), QStringLiteral("BläXtter"));
+        QCOMPARE(*herbst->writerNotes(), QStringLiteral("von der Kommandozeile"));
+    }
+
     void listKeyboardAndContextActions()
     {
         storedPoem(QStringLiteral("Eins"));

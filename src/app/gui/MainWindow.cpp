@@ -32,6 +32,7 @@
 #include <QSplitter>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <QtDebug>
 
 namespace {
 
@@ -69,6 +70,12 @@ MainWindow::MainWindow(ArchiveContext &context, QWidget *parent)
     m_contextChangeTimer.setInterval(0);
     connect(&m_contextChangeTimer, &QTimer::timeout, this, &MainWindow::takeOverContextChanges);
     connect(&m_context, &ArchiveContext::contextDidChange, this, [this] { m_contextChangeTimer.start(); });
+
+    // A script or a second window may write the archive meanwhile; what it stored shows up
+    // within seconds, and at once when this window comes to the front.
+    m_storeWatchTimer.setInterval(2000);
+    connect(&m_storeWatchTimer, &QTimer::timeout, this, &MainWindow::takeOverStoreChanges);
+    m_storeWatchTimer.start();
 }
 
 MainWindow::~MainWindow() = default;
@@ -378,6 +385,20 @@ void MainWindow::takeOverContextChanges()
     else if (shown)
         m_detail->refreshFromPoem();
     reloadRows();
+}
+
+void MainWindow::takeOverStoreChanges()
+{
+    // Reading failed this time (a disk hiccup); the next tick tries again.
+    if (const auto refreshed = m_context.refreshFromStore(); !refreshed)
+        qWarning().noquote() << refreshed.errorMessage();
+}
+
+void MainWindow::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        takeOverStoreChanges();
 }
 
 PoemPtr MainWindow::poemForObjectID(const QString &objectID) const

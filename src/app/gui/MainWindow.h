@@ -85,6 +85,7 @@ Q_SIGNALS:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void buildColumns();
@@ -96,6 +97,7 @@ private:
     void showRows();
     void showSelectedPoem(const PoemPtr &poem);
     void takeOverContextChanges();
+    void takeOverStoreChanges();
     void updateActionStates();
     PoemPtr poemForObjectID(const QString &objectID) const;
     void showAbout();
@@ -126,6 +128,7 @@ private:
     QActionGroup *m_sortGroup = nullptr;
 
     QTimer m_contextChangeTimer;
+    QTimer m_storeWatchTimer;
     QList<int> m_columnSizes;
     QString m_statusText;
     UpdateManager *m_updateManager = nullptr;

@@ -361,6 +361,8 @@ void PoemEditorPane::writeText()
     if (!saved) {
         qWarning().noquote() << saveFailedText << saved.errorMessage();
         setSaveStatus(saveFailedText);
+        // Why it failed matters when another program changed the poem meanwhile.
+        Q_EMIT statusMessage(saved.errorMessage());
         return;
     }
     m_sync.noteWritten(*encoded, plain);
@@ -383,6 +385,8 @@ void PoemEditorPane::writeNotes()
     if (!saved) {
         qWarning().noquote() << saveFailedText << saved.errorMessage();
         setSaveStatus(saveFailedText);
+        // Why it failed matters when another program changed the poem meanwhile.
+        Q_EMIT statusMessage(saved.errorMessage());
         return;
     }
     setSaveStatus(savedText());
