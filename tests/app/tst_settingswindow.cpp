@@ -94,7 +94,7 @@ private Q_SLOTS:
     {
         PoemPtr exact = poemIn(QStringLiteral("Lyrik"));
         PoemPtr otherCase = poemIn(QStringLiteral("lyrik"));
-        PoemPtr unrelated = poemIn(QStringLiteral("Natur"));
+        PoemPtr unrelated = poemIn(QStringLiteral("Prosa"));
         AppPreferences::setPoemCategories({QStringLiteral("Lyrik")});
         SettingsWindow window(context(), nullptr);
         QSignalSpy changed(&window, &SettingsWindow::categoriesChanged);
@@ -154,14 +154,14 @@ private Q_SLOTS:
         QTRY_COMPARE(AppPreferences::poemCategories(), QStringList{QStringLiteral("Natur")});
         QCOMPARE(exact->category(), std::optional<QString>(QString()));
         QVERIFY(*exact->updatedAt() > beforeRemoval);
-        QCOMPARE(*unrelated->category(), QStringLiteral("Natur"));
+        QCOMPARE(*unrelated->category(), QStringLiteral("Prosa"));
         QVERIFY(!context().hasChanges());
 
         // A name no poem carries goes without a question.
         categoryRows(window).first()->findChild<QPushButton *>(QStringLiteral("removeCategoryButton"))->click();
         QTRY_VERIFY(AppPreferences::poemCategories().isEmpty());
         QCOMPARE(asked.size(), 2);
-        QCOMPARE(*unrelated->category(), QStringLiteral("Natur"));
+        QCOMPARE(*unrelated->category(), QStringLiteral("Prosa"));
         QTRY_VERIFY(child<QLabel>(window, QStringLiteral("noCategoriesLabel"))->isVisible());
     }
 
@@ -178,9 +178,9 @@ private Q_SLOTS:
 
         auto *author = child<QLineEdit>(window, QStringLiteral("footerAuthorField"));
         author->clear();
-        QTest::keyClicks(author, QStringLiteral("Rose Ausländer"));
+        QTest::keyClicks(author, QStringLiteral("Mascha Kaleko"));
         QTest::keyClicks(child<QLineEdit>(window, QStringLiteral("footerPlaceField")), QStringLiteral("Czernowitz"));
-        QCOMPARE(AppPreferences::poemFooterAuthor(), QStringLiteral("Rose Ausländer"));
+        QCOMPARE(AppPreferences::poemFooterAuthor(), QStringLiteral("Mascha Kaleko"));
         QCOMPARE(AppPreferences::poemFooterPlace(), QStringLiteral("Czernowitz"));
 
         child<QComboBox>(window, QStringLiteral("rhymeProviderPicker"))->setCurrentIndex(2);

@@ -107,9 +107,10 @@ private Q_SLOTS:
 
         // A document whose keys come in another order is counted by decoding it.
         const QString reordered = folder + QStringLiteral("/pre-csv-import-2026-03-03-080000.json");
-        QVERIFY(writeFile(reordered, R"({"poems":[{"title":"Eins","inPodcast":false,"isPublished":false}],)"
-                                     R"("app":"OdeLeaf","schemaVersion":3,"exportedAt":"2026-03-03T07:00:00Z",)"
-                                     R"("poemCount":7})"));
+        QVERIFY(writeFile(reordered,
+                          R"({"poems":[{"objectURI":"x","title":"Eins","inPodcast":false,"isPublished":false}],)"
+                          R"("app":"OdeLeaf","schemaVersion":3,"exportedAt":"2026-03-03T07:00:00Z",)"
+                          R"("poemCount":7})"));
         QCOMPARE(SafetyBackupFile::countPoems(reordered), std::optional<qint64>(1));
 
         QVERIFY(writeFile(folder + QStringLiteral("/notizen.json"), "kein JSON"));

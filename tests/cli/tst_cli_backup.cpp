@@ -128,7 +128,7 @@ private Q_SLOTS:
     {
         QCOMPARE(m_cli->run({QStringLiteral("safety-backups")}).out, QString());
         QCOMPARE(m_cli->run({QStringLiteral("safety-backups"), QStringLiteral("--json")}).out.trimmed(),
-                 QStringLiteral("[\n]"));
+                 QStringLiteral("[]"));
         add(QStringLiteral("Herbst"), QStringLiteral("Laub"));
         add(QStringLiteral("Winter"), QStringLiteral("Schnee"));
         QCOMPARE(m_cli->run({QStringLiteral("daily-backup")}).exitCode, 0);
@@ -161,7 +161,7 @@ private Q_SLOTS:
         QCOMPARE(oldest.value(QStringLiteral("createdAt")).toString(), QStringLiteral("2020-01-02T07:00:00Z"));
 
         QCOMPARE(m_cli->run({QStringLiteral("safety-backups"), QStringLiteral("prune")}).out,
-                 QStringLiteral("1 Sicherheitsbackups entfernt.\n"));
+                 QStringLiteral("1 Sicherheitsbackup entfernt.\n"));
         QVERIFY(!QFile::exists(folder + QStringLiteral("daily-2020-01-05-080000.json")));
         QVERIFY(QFile::exists(folder + QStringLiteral("daily-2020-01-20-080000.json")));
         QVERIFY(QFile::exists(folder + QStringLiteral("pre-restore-2020-01-02-080000.json")));

@@ -117,8 +117,11 @@ void SafetyBackupWindow::reload()
         item->setToolTip(nameColumn, file.path);
         bytes += file.bytes;
     }
-    for (int column = kindColumn; column < nameColumn; ++column)
+    // Room between the columns; the file name takes what is left.
+    for (int column = kindColumn; column < nameColumn; ++column) {
         m_list->resizeColumnToContents(column);
+        m_list->setColumnWidth(column, m_list->columnWidth(column) + 18);
+    }
     const QString total = QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
     m_summary->setText(m_files.size() == 1 ? tr("1 Sicherung, %1").arg(total)
                                            : tr("%1 Sicherungen, zusammen %2").arg(m_files.size()).arg(total));
