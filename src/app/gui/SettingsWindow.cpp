@@ -128,11 +128,17 @@ QVBoxLayout *SettingsWindow::addSection(const QString &title)
     return layout;
 }
 
-QLabel *SettingsWindow::addHint(QVBoxLayout *section, const QString &text)
+QLabel *SettingsWindow::makeHint(const QString &text)
 {
     auto *label = new QLabel(text, this);
     label->setObjectName(QStringLiteral("hintText"));
     label->setWordWrap(true);
+    return label;
+}
+
+QLabel *SettingsWindow::addHint(QVBoxLayout *section, const QString &text)
+{
+    QLabel *label = makeHint(text);
     section->addWidget(label);
     return label;
 }
@@ -159,21 +165,20 @@ void SettingsWindow::buildWritingSection()
         Q_EMIT editorFontChanged();
     });
     form->addRow(tr("Schrift im Editor"), font);
-    addHint(section, tr("Neue Texte, DOCX-Importe und Exporte verwenden diese Schrift. Bestehende Formatierungen "
-                        "bleiben erhalten, bis du sie änderst."));
-
-    auto *footer = new QFormLayout;
-    section->addLayout(footer);
+    // One form for font and footer, so that their fields line up; the hints span it.
+    form->addRow(makeHint(tr("Neue Texte, DOCX-Importe und Exporte verwenden diese Schrift. Bestehende "
+                             "Formatierungen bleiben erhalten, bis du sie änderst.")));
     auto *author = new QLineEdit(AppPreferences::poemFooterAuthor(), this);
     author->setObjectName(QStringLiteral("footerAuthorField"));
     connect(author, &QLineEdit::textEdited, this,
             [](const QString &text) { AppPreferences::setPoemFooterAuthor(text); });
-    footer->addRow(tr("Autor im Abschluss"), author);
+    form->addRow(tr("Autor im Abschluss"), author);
     auto *place = new QLineEdit(AppPreferences::poemFooterPlace(), this);
     place->setObjectName(QStringLiteral("footerPlaceField"));
     connect(place, &QLineEdit::textEdited, this, [](const QString &text) { AppPreferences::setPoemFooterPlace(text); });
-    footer->addRow(tr("Ort im Abschluss"), place);
-    addHint(section, tr("Der Standardabschluss fügt Copyright, Ort und das aktuelle Tagesdatum ans Gedichtende an."));
+    form->addRow(tr("Ort im Abschluss"), place);
+    form->addRow(
+        makeHint(tr("Der Standardabschluss fügt Copyright, Ort und das aktuelle Tagesdatum ans Gedichtende an.")));
 }
 
 void SettingsWindow::buildCategorySection()

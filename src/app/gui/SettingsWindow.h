@@ -46,6 +46,7 @@ protected:
 
 private:
     QVBoxLayout *addSection(const QString &title);
+    QLabel *makeHint(const QString &text);
     QLabel *addHint(QVBoxLayout *section, const QString &text);
     void buildWritingSection();
     void buildCategorySection();
