@@ -17,6 +17,7 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -466,6 +467,17 @@ void SettingsWindow::buildPrivacySection()
     });
     addHint(section, tr("Was OdeLeaf speichert und was es über das Netz sendet."));
     section->addWidget(row(this, {details, new QWidget(this)}, 1));
+}
+
+void SettingsWindow::keyPressEvent(QKeyEvent *event)
+{
+    // Enter confirms the field it is typed in (a new or renamed category); it must not
+    // also close the window through its default button.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        event->accept();
+        return;
+    }
+    QDialog::keyPressEvent(event);
 }
 
 void SettingsWindow::changeEvent(QEvent *event)

@@ -10,6 +10,7 @@ class ArchiveContext;
 class QCheckBox;
 class QComboBox;
 class QFormLayout;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -43,6 +44,7 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     QVBoxLayout *addSection(const QString &title);
