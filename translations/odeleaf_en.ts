@@ -43,6 +43,17 @@
     </message>
 </context>
 <context>
+    <name>ArchiveOperations</name>
+    <message>
+        <source>Sicherheitsbackups…</source>
+        <translation>Safety Backups…</translation>
+    </message>
+    <message>
+        <source>Die automatischen Sicherungen ansehen, wiederherstellen oder löschen</source>
+        <translation>View, restore or delete the automatic backups</translation>
+    </message>
+</context>
+<context>
     <name>AtomicFileWriter</name>
     <message>
         <source>Der Ordner „%1“ konnte nicht angelegt werden: %2</source>
@@ -505,6 +516,10 @@ What I expected:
 OdeLeaf %1
 %2 (%3)
 Qt %4</translation>
+    </message>
+    <message>
+        <source>Ergänze den vorbereiteten Text und kopiere ihn, um ihn dort weiterzugeben, wo du OdeLeaf bezogen hast. Er enthält Version und System, aber keine Gedichte.</source>
+        <translation>Complete the prepared text and copy it to pass it on where you got OdeLeaf from. It includes the version and system, but no poems.</translation>
     </message>
 </context>
 <context>
@@ -1050,6 +1065,14 @@ Qt %4</translation>
     <message>
         <source>Änderungen konnten nicht gespeichert werden: %1</source>
         <translation>Changes could not be saved: %1</translation>
+    </message>
+    <message>
+        <source>Einstellungen…</source>
+        <translation>Settings…</translation>
+    </message>
+    <message>
+        <source>Updates kommen über die Paketverwaltung deines Systems.</source>
+        <translation>Updates come through your system's package manager.</translation>
     </message>
 </context>
 <context>
@@ -1762,6 +1785,142 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>SafetyBackupFile</name>
+    <message>
+        <source>unlesbar</source>
+        <translation>unreadable</translation>
+    </message>
+    <message>
+        <source>1 Gedicht</source>
+        <translation>1 poem</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte</source>
+        <translation>%1 poems</translation>
+    </message>
+</context>
+<context>
+    <name>SafetyBackupFolder</name>
+    <message>
+        <source>Die Datei „%1“ konnte nicht gelöscht werden: %2</source>
+        <translation>The file “%1” could not be deleted: %2</translation>
+    </message>
+    <message>
+        <source>1 Sicherheitsbackup entfernt.</source>
+        <translation>1 safety backup removed.</translation>
+    </message>
+    <message>
+        <source>%1 Sicherheitsbackups entfernt.</source>
+        <translation>%1 safety backups removed.</translation>
+    </message>
+</context>
+<context>
+    <name>SafetyBackupKind</name>
+    <message>
+        <source>Vor Wiederherstellung</source>
+        <translation>Before restore</translation>
+    </message>
+    <message>
+        <source>Vor Textimport</source>
+        <translation>Before text import</translation>
+    </message>
+    <message>
+        <source>Vor Bildimport</source>
+        <translation>Before image import</translation>
+    </message>
+    <message>
+        <source>Vor CSV-Import</source>
+        <translation>Before CSV import</translation>
+    </message>
+    <message>
+        <source>Tagesbackup</source>
+        <translation>Daily backup</translation>
+    </message>
+    <message>
+        <source>Sonstige Sicherung</source>
+        <translation>Other backup</translation>
+    </message>
+</context>
+<context>
+    <name>SafetyBackupWindow</name>
+    <message>
+        <source>Wiederherstellen…</source>
+        <translation>Restore…</translation>
+    </message>
+    <message>
+        <source>Im Dateimanager zeigen</source>
+        <translation>Show in File Manager</translation>
+    </message>
+    <message>
+        <source>Löschen…</source>
+        <translation>Delete…</translation>
+    </message>
+    <message>
+        <source>Sicherheitsbackups</source>
+        <translation>Safety Backups</translation>
+    </message>
+    <message>
+        <source>OdeLeaf sichert das ganze Archiv vor jeder Wiederherstellung und jedem Import sowie einmal am Tag. Tagesbackups der letzten 14 Tage bleiben erhalten, ältere eines pro Monat; alle anderen löschst nur du.</source>
+        <translation>OdeLeaf backs up the whole archive before every restore and every import, and once a day. Daily backups of the last 14 days are kept, older ones one per month; all others are deleted only by you.</translation>
+    </message>
+    <message>
+        <source>Art</source>
+        <translation>Kind</translation>
+    </message>
+    <message>
+        <source>Erstellt</source>
+        <translation>Created</translation>
+    </message>
+    <message>
+        <source>Gedichte</source>
+        <translation>Poems</translation>
+    </message>
+    <message>
+        <source>Größe</source>
+        <translation>Size</translation>
+    </message>
+    <message>
+        <source>Datei</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>Noch keine Sicherheitsbackups</source>
+        <translation>No safety backups yet</translation>
+    </message>
+    <message>
+        <source>Sie entstehen beim ersten Start des Tages und vor jeder Wiederherstellung oder jedem Import.</source>
+        <translation>They are made at the first start of the day and before every restore or import.</translation>
+    </message>
+    <message>
+        <source>1 Sicherung, %1</source>
+        <translation>1 backup, %1</translation>
+    </message>
+    <message>
+        <source>%1 Sicherungen, zusammen %2</source>
+        <translation>%1 backups, %2 in total</translation>
+    </message>
+    <message>
+        <source>Sicherheitsbackup gelöscht: %1</source>
+        <translation>Safety backup deleted: %1</translation>
+    </message>
+    <message>
+        <source>Sicherheitsbackup löschen?</source>
+        <translation>Delete safety backup?</translation>
+    </message>
+    <message>
+        <source>„%1“ (%2, %3) wird endgültig gelöscht. Das lässt sich nicht rückgängig machen.</source>
+        <translation>“%1” (%2, %3) will be deleted for good. This cannot be undone.</translation>
+    </message>
+    <message>
+        <source>Löschen</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
     <name>SearchMode</name>
     <message>
         <source>Titel</source>
@@ -1778,6 +1937,197 @@ Qt %4</translation>
     <message>
         <source>Alles</source>
         <translation>Everything</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsWindow</name>
+    <message>
+        <source>Backups</source>
+        <translation>Backups</translation>
+    </message>
+    <message>
+        <source>CSV-Import</source>
+        <translation>CSV import</translation>
+    </message>
+    <message>
+        <source>Dokument-Import</source>
+        <translation>Document import</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>Systemsprache</source>
+        <translation>System language</translation>
+    </message>
+    <message>
+        <source>Einstellungen</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>Schreiben, Reime, Sicherungen und Ordner</source>
+        <translation>Writing, rhymes, backups and folders</translation>
+    </message>
+    <message>
+        <source>Schreiben</source>
+        <translation>Writing</translation>
+    </message>
+    <message>
+        <source>Schrift im Editor</source>
+        <translation>Editor font</translation>
+    </message>
+    <message>
+        <source>Neue Texte, DOCX-Importe und Exporte verwenden diese Schrift. Bestehende Formatierungen bleiben erhalten, bis du sie änderst.</source>
+        <translation>New texts, DOCX imports and exports use this font. Existing formatting stays until you change it.</translation>
+    </message>
+    <message>
+        <source>Autor im Abschluss</source>
+        <translation>Author in closing line</translation>
+    </message>
+    <message>
+        <source>Ort im Abschluss</source>
+        <translation>Place in closing line</translation>
+    </message>
+    <message>
+        <source>Der Standardabschluss fügt Copyright, Ort und das aktuelle Tagesdatum ans Gedichtende an.</source>
+        <translation>The standard closing line adds copyright, place and today's date to the end of the poem.</translation>
+    </message>
+    <message>
+        <source>Kategorien</source>
+        <translation>Categories</translation>
+    </message>
+    <message>
+        <source>Noch keine Kategorien festgelegt.</source>
+        <translation>No categories set yet.</translation>
+    </message>
+    <message>
+        <source>Neue Kategorie</source>
+        <translation>New category</translation>
+    </message>
+    <message>
+        <source>Hinzufügen</source>
+        <translation>Add</translation>
+    </message>
+    <message>
+        <source>Diese Kategorien stehen beim Bearbeiten eines Gedichts zur Auswahl. Kategorien aus importierten Gedichten werden automatisch ergänzt.</source>
+        <translation>These categories are offered when you edit a poem. Categories of imported poems are added automatically.</translation>
+    </message>
+    <message>
+        <source>Umbenennen</source>
+        <translation>Rename</translation>
+    </message>
+    <message>
+        <source>Kategorie entfernen</source>
+        <translation>Remove Category</translation>
+    </message>
+    <message>
+        <source>„%1“ wird aus der Liste entfernt und bei einem Gedicht gelöscht. Das Gedicht selbst bleibt erhalten.</source>
+        <translation>“%1” is removed from the list and from one poem. The poem itself stays.</translation>
+    </message>
+    <message>
+        <source>„%1“ wird aus der Liste entfernt und bei %2 Gedichten gelöscht. Die Gedichte selbst bleiben erhalten.</source>
+        <translation>“%1” is removed from the list and from %2 poems. The poems themselves stay.</translation>
+    </message>
+    <message>
+        <source>Kategorie entfernen?</source>
+        <translation>Remove category?</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Reime</source>
+        <translation>Rhymes</translation>
+    </message>
+    <message>
+        <source>Reimseite</source>
+        <translation>Rhyme website</translation>
+    </message>
+    <message>
+        <source>Der normale Klick auf „Reime…“ nutzt diesen Dienst. Die anderen bleiben im Menü erreichbar.</source>
+        <translation>A plain click on “Rhymes…” uses this service. The others stay available in the menu.</translation>
+    </message>
+    <message>
+        <source>Sicherung</source>
+        <translation>Backup</translation>
+    </message>
+    <message>
+        <source>Automatisches Tagesbackup</source>
+        <translation>Automatic daily backup</translation>
+    </message>
+    <message>
+        <source>OdeLeaf erstellt beim ersten App-Start pro Tag ein internes Sicherheitsbackup.</source>
+        <translation>OdeLeaf makes an internal safety backup at the first start of the app each day.</translation>
+    </message>
+    <message>
+        <source>Ordner</source>
+        <translation>Folders</translation>
+    </message>
+    <message>
+        <source>Ordner auswählen</source>
+        <translation>Choose Folder</translation>
+    </message>
+    <message>
+        <source>Zurücksetzen</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>Kein Ordner festgelegt</source>
+        <translation>No folder set</translation>
+    </message>
+    <message>
+        <source>Aktualisierungen</source>
+        <translation>Updates</translation>
+    </message>
+    <message>
+        <source>Automatisch nach Updates suchen</source>
+        <translation>Check for updates automatically</translation>
+    </message>
+    <message>
+        <source>Jetzt nach Updates suchen</source>
+        <translation>Check for Updates Now</translation>
+    </message>
+    <message>
+        <source>Diese Ausgabe von OdeLeaf erhält neue Versionen über die Paketverwaltung deines Systems; sie sucht nicht selbst nach Updates.</source>
+        <translation>This edition of OdeLeaf gets new versions through your system's package manager; it does not check for updates itself.</translation>
+    </message>
+    <message>
+        <source>OdeLeaf sucht höchstens einmal täglich automatisch nach neuen Versionen.</source>
+        <translation>OdeLeaf checks for new versions automatically at most once a day.</translation>
+    </message>
+    <message>
+        <source>Letzte Prüfung: %1</source>
+        <translation>Last check: %1</translation>
+    </message>
+    <message>
+        <source>Sprache</source>
+        <translation>Language</translation>
+    </message>
+    <message>
+        <source>App-Sprache</source>
+        <translation>App language</translation>
+    </message>
+    <message>
+        <source>OdeLeaf kann die Systemsprache verwenden oder fest auf Deutsch bzw. Englisch gestellt werden.</source>
+        <translation>OdeLeaf can use the system language or be set to German or English.</translation>
+    </message>
+    <message>
+        <source>Die Änderung wird nach einem Neustart von OdeLeaf vollständig aktiv.</source>
+        <translation>The change takes full effect after OdeLeaf is restarted.</translation>
+    </message>
+    <message>
+        <source>Datenschutzhinweis</source>
+        <translation>Privacy notice</translation>
+    </message>
+    <message>
+        <source>Details anzeigen</source>
+        <translation>Show Details</translation>
+    </message>
+    <message>
+        <source>Was OdeLeaf speichert und was es über das Netz sendet.</source>
+        <translation>What OdeLeaf stores and what it sends over the network.</translation>
     </message>
 </context>
 <context>

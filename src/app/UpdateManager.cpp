@@ -33,6 +33,7 @@ UpdateManager::UpdateManager(QUrl feedUrl, QVersionNumber currentVersion, QObjec
       m_network(new QNetworkAccessManager(this)), m_automatic(AppPreferences::automaticallyChecksForUpdates()),
       m_lastCheck(AppPreferences::lastUpdateCheckDate())
 {
+    m_canCheck = hasFeed();
     m_schedule.setInterval(scheduleIntervalMs);
     connect(&m_schedule, &QTimer::timeout, this, [this] { checkInBackgroundIfDue(); });
 }
@@ -52,8 +53,15 @@ void UpdateManager::setAutomaticallyChecksForUpdates(bool enabled)
     Q_EMIT automaticallyChecksForUpdatesChanged(enabled);
 }
 
+bool UpdateManager::hasFeed() const
+{
+    return m_feedUrl.isValid() && !m_feedUrl.isEmpty();
+}
+
 void UpdateManager::start()
 {
+    if (!hasFeed())
+        return;
     m_schedule.start();
     checkInBackgroundIfDue();
 }
@@ -126,9 +134,11 @@ void UpdateManager::finishCheck(QNetworkReply *reply)
     reply->deleteLater();
     m_reply.clear();
 
-    m_lastCheck = QDateTime::currentDateTimeUtc();
-    AppPreferences::setLastUpdateCheckDate(*m_lastCheck);
-    Q_EMIT lastUpdateCheckDateChanged();
+    if (outcome.kind != UpdateCheckOutcome::Kind::failed) {
+        m_lastCheck = QDateTime::currentDateTimeUtc();
+        AppPreferences::setLastUpdateCheckDate(*m_lastCheck);
+        Q_EMIT lastUpdateCheckDateChanged();
+    }
     setCanCheck(true);
     Q_EMIT checkFinished(outcome);
 }

@@ -25,7 +25,8 @@ class UpdateManager : public QObject {
                    setAutomaticallyChecksForUpdates NOTIFY automaticallyChecksForUpdatesChanged)
 
 public:
-    // The feed address the program was built with.
+    // The feed address the program was built with; empty when the package manager
+    // brings the updates.
     static QUrl defaultFeedUrl();
     static constexpr qint64 automaticCheckInterval = 24 * 60 * 60; // seconds
     static constexpr qint64 maximumFeedSize = 4 * 1024 * 1024;
@@ -40,12 +41,15 @@ public:
     std::optional<QDateTime> lastUpdateCheckDate() const { return m_lastCheck; }
     QVersionNumber currentVersion() const { return m_currentVersion; }
     QUrl feedUrl() const { return m_feedUrl; }
+    // Without a feed nothing is ever checked and canCheckForUpdates stays false.
+    bool hasFeed() const;
 
     // Starts the automatic checks: one now if due, then a look every hour.
     void start();
     // Asks the feed now; the outcome is shown to the user whatever it is.
     void checkForUpdates();
-    // The automatic check: at most once a day, only when enabled; silent unless something new.
+    // The automatic check: at most once a day, only when enabled; silent unless something
+    // new. Only a check that read the feed counts as the day's check.
     bool checkInBackgroundIfDue(const QDateTime &now = QDateTime::currentDateTimeUtc());
 
 Q_SIGNALS:

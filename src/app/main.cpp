@@ -11,7 +11,6 @@
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QMessageBox>
-#include <QTimer>
 #include <QTranslator>
 
 namespace {
@@ -54,7 +53,7 @@ int main(int argc, char **argv)
     window.setUpdateManager(&updates);
     new ArchiveOperations(window);
     window.show();
-    // The automatic update check waits until the window has settled.
-    QTimer::singleShot(3000, &updates, &UpdateManager::start);
+    // The updater starts with the program; its check runs in the background.
+    updates.start();
     return QApplication::exec();
 }

@@ -272,20 +272,25 @@ bool AppPreferences::renamePoemCategory(const QString &oldName, const QString &n
     const QString to = newName.trimmed();
     if (from.isEmpty() || to.isEmpty())
         return false;
+    const auto matches = [](const QString &entry, const QString &name) {
+        return TextComparison::equalsIgnoringCaseAndDiacritics(entry.trimmed(), name);
+    };
+    const QStringList categories = poemCategories();
+    // "lyrik" to "Lyrik" matches both names and only changes the spelling.
+    bool hasNewName = std::any_of(categories.begin(), categories.end(),
+                                  [&](const QString &entry) { return matches(entry, to) && !matches(entry, from); });
     QStringList renamed;
-    bool hasNewName = false;
-    for (const QString &entry : poemCategories()) {
-        const bool matchesOld = TextComparison::equalsIgnoringCaseAndDiacritics(entry.trimmed(), from);
-        const bool matchesNew = TextComparison::equalsIgnoringCaseAndDiacritics(entry.trimmed(), to);
-        if (matchesOld || matchesNew) {
-            if (!hasNewName)
-                renamed.append(to);
-            hasNewName = true;
+    for (const QString &entry : categories) {
+        if (!matches(entry, from)) {
+            renamed.append(entry);
             continue;
         }
-        renamed.append(entry);
+        if (!hasNewName)
+            renamed.append(to);
+        hasNewName = true;
     }
-    setPoemCategories(renamed);
+    if (renamed != categories)
+        setPoemCategories(renamed);
     return true;
 }
 

@@ -47,11 +47,18 @@ public:
     static QString poemFooterPlace();
     static void setPoemFooterPlace(const QString &place);
 
+    // The list keeps the poet's order: the settings window appends new names and renames
+    // in place, and nothing re-sorts what the poet arranged. Names the program adopts by
+    // itself (imports, CSV rows, the detail pane) go through normalizedCategories() and
+    // join the end of the list in its order (CategoryCatalog::adoptCategories).
     static QStringList poemCategories();
     static void setPoemCategories(const QStringList &categories);
     // Trimmed, blanks and repeats (ignoring case and diacritics, first spelling wins)
     // dropped, then sorted in the localised standard order.
     static QStringList normalizedCategories(const QStringList &categories);
+    // Entries matching the old name take the new one; when the list already holds the new
+    // name (in any spelling), that entry stays and the old ones are dropped. A list without
+    // the old name is left as it is.
     static bool renamePoemCategory(const QString &oldName, const QString &newName);
 
     static bool automaticallyChecksForUpdates();

@@ -6,20 +6,43 @@
 
 #include <algorithm>
 
+namespace {
+
+bool contains(const QStringList &categories, const QString &name)
+{
+    return std::any_of(categories.begin(), categories.end(), [&name](const QString &entry) {
+        return TextComparison::equalsIgnoringCaseAndDiacritics(entry.trimmed(), name);
+    });
+}
+
+} // namespace
+
 bool CategoryCatalog::addCategory(const QString &name)
 {
     const QString trimmed = name.trimmed();
     if (trimmed.isEmpty())
         return false;
     QStringList categories = AppPreferences::poemCategories();
-    const bool present = std::any_of(categories.begin(), categories.end(), [&trimmed](const QString &entry) {
-        return TextComparison::equalsIgnoringCaseAndDiacritics(entry, trimmed);
-    });
-    if (present)
+    if (contains(categories, trimmed))
         return false;
     categories.append(trimmed);
     AppPreferences::setPoemCategories(categories);
     return true;
+}
+
+int CategoryCatalog::adoptCategories(const QStringList &names)
+{
+    QStringList categories = AppPreferences::poemCategories();
+    int added = 0;
+    for (const QString &name : AppPreferences::normalizedCategories(names)) {
+        if (contains(categories, name))
+            continue;
+        categories.append(name);
+        ++added;
+    }
+    if (added > 0)
+        AppPreferences::setPoemCategories(categories);
+    return added;
 }
 
 bool CategoryCatalog::renameCategory(ArchiveContext &context, const QString &oldName, const QString &newName,

@@ -10,6 +10,9 @@ class ArchiveContext;
 class CategoryCatalog {
 public:
     static bool addCategory(const QString &name);
+    // Names met in poems (an import, a CSV row, the detail pane) that the list does not
+    // know yet join its end, cleaned and sorted; returns how many were added.
+    static int adoptCategories(const QStringList &names);
     static bool renameCategory(ArchiveContext &context, const QString &oldName, const QString &newName,
                                const QDateTime &now);
     static void removeCategory(ArchiveContext &context, const QString &name, const QDateTime &now);

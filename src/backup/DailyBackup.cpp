@@ -4,8 +4,10 @@
 #include "archive/ArchiveContext.h"
 #include "backup/BackupExporter.h"
 #include "backup/BackupStatus.h"
+#include "backup/SafetyBackupFolder.h"
 
 #include <QLocale>
+#include <QtDebug>
 
 DailyBackup::Outcome DailyBackup::runDailyAutomaticBackupIfNeeded(ArchiveContext &context, const QDateTime &now)
 {
@@ -29,6 +31,9 @@ DailyBackup::Outcome DailyBackup::runDailyAutomaticBackupIfNeeded(ArchiveContext
         return outcome;
     }
     AppPreferences::setLastAutomaticBackupDay(today);
+    // Only now, with today's copy safe, may older daily copies go.
+    if (auto pruned = SafetyBackupFolder::standard().prune(now); !pruned)
+        qWarning().noquote() << pruned.errorMessage();
     outcome.status = Status::written;
     outcome.path = *written;
     outcome.poemCount = int(poems.size());

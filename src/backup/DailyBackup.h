@@ -7,7 +7,8 @@ class ArchiveContext;
 
 // The automatic backup at the first start of each local calendar day. The day counts as
 // done only after a backup was written, so a failed attempt is repeated at the next start;
-// an empty archive is not backed up and does not use up the day.
+// an empty archive is not backed up and does not use up the day. After each backup the
+// folder's retention rule thins out older daily copies (SafetyBackupFolder).
 class DailyBackup {
 public:
     enum class Status { disabled, alreadyDone, emptyArchive, written, failed };

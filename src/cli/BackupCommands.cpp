@@ -4,9 +4,11 @@
 #include "backup/BackupStatus.h"
 #include "backup/DailyBackup.h"
 #include "backup/RestorePlanner.h"
+#include "backup/SafetyBackupFolder.h"
 #include "cli/CliCommand.h"
 #include "cli/CliInvocation.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 
 namespace {
@@ -87,6 +89,52 @@ int runDailyBackup(CliInvocation &cli)
     return 0;
 }
 
+QByteArray safetyBackupsJson(const QList<SafetyBackupFile> &files)
+{
+    QJsonArray list;
+    for (const SafetyBackupFile &file : files) {
+        QJsonObject entry{
+            {QStringLiteral("file"), file.fileName},
+            {QStringLiteral("kind"), rawValue(file.kind)},
+            {QStringLiteral("createdAt"), ArchiveJson::dateText(file.createdAt)},
+            {QStringLiteral("bytes"), file.bytes},
+        };
+        if (file.poemCount)
+            entry.insert(QStringLiteral("poemCount"), *file.poemCount);
+        list.append(entry);
+    }
+    return ArchiveJson::encode(list) + '\n';
+}
+
+int runSafetyBackups(CliInvocation &cli)
+{
+    const bool json = cli.takeFlag(QStringLiteral("--json"));
+    if (!cli.finishOptions(0, 1))
+        return cli.usageError({});
+    const bool prune = !cli.positional().isEmpty();
+    if (prune && (cli.positional().first() != QLatin1String("prune") || json))
+        return cli.usageError(QStringLiteral("safety-backups [--json] | safety-backups prune"));
+    const SafetyBackupFolder folder = SafetyBackupFolder::standard();
+    if (prune) {
+        const auto removed = folder.prune(QDateTime::currentDateTime());
+        if (!removed)
+            return cli.fail(removed.errorMessage());
+        cli.print(SafetyBackupFolder::prunedStatus(*removed));
+        return 0;
+    }
+    const QList<SafetyBackupFile> files = folder.list();
+    if (json) {
+        cli.printRaw(safetyBackupsJson(files));
+        return 0;
+    }
+    for (const SafetyBackupFile &file : files) {
+        cli.print(QStringList{displayTitle(file.kind), file.createdText(), file.poemCountText(), file.sizeText(),
+                              file.fileName}
+                      .join(QLatin1Char('\t')));
+    }
+    return 0;
+}
+
 } // namespace
 
 std::vector<CliCommand> backupCommands()
@@ -96,5 +144,7 @@ std::vector<CliCommand> backupCommands()
         {QStringLiteral("restore"),
          QStringLiteral("restore FILE --preview | restore FILE --mode addMissing|addMissingAndUpdate"), runRestore},
         {QStringLiteral("daily-backup"), QStringLiteral("daily-backup"), runDailyBackup},
+        {QStringLiteral("safety-backups"), QStringLiteral("safety-backups [--json] | safety-backups prune"),
+         runSafetyBackups},
     };
 }

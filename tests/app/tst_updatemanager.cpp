@@ -116,10 +116,30 @@ private Q_SLOTS:
         QVERIFY(!missing.errorText.isEmpty());
         QVERIFY(manager->canCheckForUpdates());
 
+        // A failed check is not the day's check: the next start tries again.
+        QVERIFY(!manager->lastUpdateCheckDate());
+        QVERIFY(!AppPreferences::lastUpdateCheckDate());
+        QVERIFY(manager->checkInBackgroundIfDue());
+        QTRY_VERIFY(manager->canCheckForUpdates());
+
         auto broken = makeManager(QStringLiteral("/broken.xml"));
         const UpdateCheckOutcome garbled = runCheck(*broken);
         QCOMPARE(int(garbled.kind), int(UpdateCheckOutcome::Kind::failed));
         QVERIFY(garbled.errorText.startsWith(QStringLiteral("Der Update-Feed ist fehlerhaft")));
+    }
+
+    void withoutAFeedNothingIsEverChecked()
+    {
+        UpdateManager packaged(QUrl(), QVersionNumber(1, 0));
+        QVERIFY(!packaged.hasFeed());
+        QVERIFY(!packaged.canCheckForUpdates());
+        QSignalSpy finished(&packaged, &UpdateManager::checkFinished);
+        packaged.start();
+        packaged.checkForUpdates();
+        QVERIFY(!packaged.checkInBackgroundIfDue());
+        QTest::qWait(50);
+        QVERIFY(finished.isEmpty());
+        QVERIFY(!packaged.lastUpdateCheckDate());
     }
 
     void cannotCheckWhileACheckRuns()

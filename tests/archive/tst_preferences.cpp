@@ -86,12 +86,27 @@ private Q_SLOTS:
         QVERIFY(AppPreferences::renamePoemCategory(QStringLiteral(" lyrik "), QStringLiteral("Lyrik")));
         QCOMPARE(AppPreferences::poemCategories(), (QStringList{QStringLiteral("Lyrik"), QStringLiteral("Prosa")}));
 
+        // The new name is already there in another spelling: that entry stays as it is.
         QVERIFY(AppPreferences::renamePoemCategory(QStringLiteral("prosa"), QStringLiteral("LYRIK")));
-        QCOMPARE(AppPreferences::poemCategories(), QStringList{QStringLiteral("LYRIK")});
+        QCOMPARE(AppPreferences::poemCategories(), QStringList{QStringLiteral("Lyrik")});
 
         QVERIFY(!AppPreferences::renamePoemCategory(QStringLiteral("  "), QStringLiteral("Neu")));
-        QVERIFY(!AppPreferences::renamePoemCategory(QStringLiteral("LYRIK"), QStringLiteral("\n")));
-        QCOMPARE(AppPreferences::poemCategories(), QStringList{QStringLiteral("LYRIK")});
+        QVERIFY(!AppPreferences::renamePoemCategory(QStringLiteral("Lyrik"), QStringLiteral("\n")));
+        QCOMPARE(AppPreferences::poemCategories(), QStringList{QStringLiteral("Lyrik")});
+    }
+
+    void renamingANameTheListDoesNotHoldLeavesTheList()
+    {
+        AppPreferences::setPoemCategories({QStringLiteral("Natur"), QStringLiteral("Liebe")});
+        QVERIFY(AppPreferences::renamePoemCategory(QStringLiteral("xyz"), QStringLiteral("natur")));
+        QCOMPARE(AppPreferences::poemCategories(), (QStringList{QStringLiteral("Natur"), QStringLiteral("Liebe")}));
+
+        // Several spellings of the old name collapse into one entry, where the first stood.
+        AppPreferences::setPoemCategories(
+            {QStringLiteral("Élégie"), QStringLiteral("Liebe"), QStringLiteral("elegie"), QStringLiteral("Natur")});
+        QVERIFY(AppPreferences::renamePoemCategory(QStringLiteral("Elegie"), QStringLiteral("Klage")));
+        QCOMPARE(AppPreferences::poemCategories(),
+                 (QStringList{QStringLiteral("Klage"), QStringLiteral("Liebe"), QStringLiteral("Natur")}));
     }
 
     void normalizedCategoriesDropsBlanksAndRepeatsAndSorts()
@@ -101,6 +116,22 @@ private Q_SLOTS:
              QStringLiteral("Zyklus 9"), QStringLiteral("elegie"), QStringLiteral("  ")});
         QCOMPARE(cleaned,
                  (QStringList{QStringLiteral("Élégie"), QStringLiteral("Zyklus 9"), QStringLiteral("Zyklus 10")}));
+    }
+
+    void adoptedCategoriesJoinTheEndAndLeaveThePoetsOrder()
+    {
+        AppPreferences::setPoemCategories({QStringLiteral("Zyklus"), QStringLiteral("Abend")});
+        const int added =
+            CategoryCatalog::adoptCategories({QStringLiteral("morgen"), QStringLiteral(" abend "), QStringLiteral(""),
+                                              QStringLiteral("Brief"), QStringLiteral("BRIEF")});
+        QCOMPARE(added, 2);
+        QCOMPARE(AppPreferences::poemCategories(), (QStringList{QStringLiteral("Zyklus"), QStringLiteral("Abend"),
+                                                                QStringLiteral("Brief"), QStringLiteral("morgen")}));
+        QCOMPARE(CategoryCatalog::adoptCategories({QStringLiteral("ZYKLUS"), QStringLiteral("  ")}), 0);
+        QCOMPARE(AppPreferences::poemCategories().size(), 4);
+        // The settings window appends without sorting either.
+        QVERIFY(CategoryCatalog::addCategory(QStringLiteral("Anfang")));
+        QCOMPARE(AppPreferences::poemCategories().last(), QStringLiteral("Anfang"));
     }
 
     void categoryActionsRelabelPoemsByExactName()

@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
@@ -120,6 +122,55 @@ private Q_SLOTS:
         const CliOutcome second = m_cli->run({QStringLiteral("daily-backup")});
         QCOMPARE(second.exitCode, 0);
         QVERIFY(second.out.isEmpty());
+    }
+
+    void safetyBackupsAreListedAndPruned()
+    {
+        QCOMPARE(m_cli->run({QStringLiteral("safety-backups")}).out, QString());
+        QCOMPARE(m_cli->run({QStringLiteral("safety-backups"), QStringLiteral("--json")}).out.trimmed(),
+                 QStringLiteral("[]"));
+        add(QStringLiteral("Herbst"), QStringLiteral("Laub"));
+        add(QStringLiteral("Winter"), QStringLiteral("Schnee"));
+        QCOMPARE(m_cli->run({QStringLiteral("daily-backup")}).exitCode, 0);
+        const QString folder = m_cli->dataDir() + QStringLiteral("/Safety Backups/");
+        const QString daily = QDir(folder).entryList(QDir::Files).value(0);
+        // Copies from long ago: of the two daily ones of one month only the newer stays.
+        for (const char *name :
+             {"daily-2020-01-05-080000.json", "daily-2020-01-20-080000.json", "pre-restore-2020-01-02-080000.json"})
+            QVERIFY(QFile::copy(folder + daily, folder + QLatin1String(name)));
+
+        const CliOutcome listed = m_cli->run({QStringLiteral("safety-backups")});
+        QCOMPARE(listed.exitCode, 0);
+        const QStringList lines = listed.out.trimmed().split(QLatin1Char('\n'));
+        QCOMPARE(lines.size(), 4);
+        const QStringList newest = lines.first().split(QLatin1Char('\t'));
+        QCOMPARE(newest.size(), 5);
+        QCOMPARE(newest.at(0), QStringLiteral("Tagesbackup"));
+        QCOMPARE(newest.at(2), QStringLiteral("2 Gedichte"));
+        QCOMPARE(newest.at(4), daily);
+        QVERIFY(lines.last().startsWith(QStringLiteral("Vor Wiederherstellung\t02.01.2020 08:00\t2 Gedichte\t")));
+
+        const CliOutcome json = m_cli->run({QStringLiteral("safety-backups"), QStringLiteral("--json")});
+        const QJsonArray entries = QJsonDocument::fromJson(json.out.toUtf8()).array();
+        QCOMPARE(entries.size(), 4);
+        const QJsonObject oldest = entries.last().toObject();
+        QCOMPARE(oldest.value(QStringLiteral("file")).toString(), QStringLiteral("pre-restore-2020-01-02-080000.json"));
+        QCOMPARE(oldest.value(QStringLiteral("kind")).toString(), QStringLiteral("pre-restore"));
+        QCOMPARE(oldest.value(QStringLiteral("poemCount")).toInt(), 2);
+        QCOMPARE(oldest.value(QStringLiteral("bytes")).toInteger(), QFileInfo(folder + daily).size());
+        QCOMPARE(oldest.value(QStringLiteral("createdAt")).toString(), QStringLiteral("2020-01-02T07:00:00Z"));
+
+        QCOMPARE(m_cli->run({QStringLiteral("safety-backups"), QStringLiteral("prune")}).out,
+                 QStringLiteral("1 Sicherheitsbackup entfernt.\n"));
+        QVERIFY(!QFile::exists(folder + QStringLiteral("daily-2020-01-05-080000.json")));
+        QVERIFY(QFile::exists(folder + QStringLiteral("daily-2020-01-20-080000.json")));
+        QVERIFY(QFile::exists(folder + QStringLiteral("pre-restore-2020-01-02-080000.json")));
+        QCOMPARE(m_cli->run({QStringLiteral("safety-backups"), QStringLiteral("prune")}).out,
+                 QStringLiteral("0 Sicherheitsbackups entfernt.\n"));
+        QCOMPARE(m_cli->run({QStringLiteral("safety-backups"), QStringLiteral("weg")}).exitCode, 2);
+        QCOMPARE(
+            m_cli->run({QStringLiteral("safety-backups"), QStringLiteral("prune"), QStringLiteral("--json")}).exitCode,
+            2);
     }
 
     void usageErrors()

@@ -1,9 +1,14 @@
 #include "app/gui/ArchiveOperations.h"
 
+#include "app/gui/FileManagerReveal.h"
 #include "app/gui/MainWindow.h"
 #include "backup/gui/BackupActions.h"
+#include "backup/gui/SafetyBackupWindow.h"
 #include "import/gui/FolderScanController.h"
 #include "import/gui/ImportReviewWindow.h"
+
+#include <QAction>
+#include <QMenu>
 
 ArchiveOperations::ArchiveOperations(MainWindow &window)
     : QObject(&window), m_backups(new BackupActions(window.context(), &window)),
@@ -15,6 +20,13 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
     window.addSidebarAction(m_folderScans->textScanAction());
     window.addSidebarAction(m_folderScans->imageScanAction());
 
+    m_safetyBackups = new QAction(tr("Sicherheitsbackups…"), this);
+    m_safetyBackups->setObjectName(QStringLiteral("safetyBackupsAction"));
+    m_safetyBackups->setStatusTip(tr("Die automatischen Sicherungen ansehen, wiederherstellen oder löschen"));
+    connect(m_safetyBackups, &QAction::triggered, this, [this, &window] { showSafetyBackups(window); });
+    window.addSidebarAction(m_safetyBackups);
+    addBeforeQuit(window.fileMenu(), m_safetyBackups);
+
     connect(m_backups, &BackupActions::statusChanged, &window, &MainWindow::setStatus);
     connect(m_backups, &BackupActions::fileWritten, &window, &MainWindow::setLastWrittenFile);
     connect(m_backups, &BackupActions::busyChanged, &window, &MainWindow::setBusy);
@@ -23,4 +35,32 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
 
     connect(m_folderScans, &FolderScanController::statusChanged, &window, &MainWindow::setStatus);
     connect(m_folderScans, &FolderScanController::busyChanged, &window, &MainWindow::setBusy);
+}
+
+void ArchiveOperations::showSafetyBackups(MainWindow &window)
+{
+    SafetyBackupWindow dialog(SafetyBackupFolder::standard(), &window);
+    connect(&dialog, &SafetyBackupWindow::revealRequested, &dialog,
+            [&dialog](const QString &path) { FileManagerReveal::reveal(path, &dialog); });
+    connect(&dialog, &SafetyBackupWindow::statusChanged, &window, &MainWindow::setStatus);
+    connect(&dialog, &SafetyBackupWindow::restoreRequested, &dialog, [this, &dialog](const QString &path) {
+        m_backups->restoreFrom(path);
+        // The restore wrote a "pre-restore" copy of its own.
+        dialog.reload();
+    });
+    dialog.exec();
+}
+
+void ArchiveOperations::addBeforeQuit(QMenu *menu, QAction *action)
+{
+    const QList<QAction *> actions = menu->actions();
+    for (qsizetype i = 0; i < actions.size(); ++i) {
+        if (actions.at(i)->menuRole() != QAction::QuitRole)
+            continue;
+        // Into the group above the separator that sets "Beenden" apart.
+        const qsizetype before = i > 0 && actions.at(i - 1)->isSeparator() ? i - 1 : i;
+        menu->insertAction(actions.at(before), action);
+        return;
+    }
+    menu->addAction(action);
 }

@@ -5,6 +5,8 @@
 class BackupActions;
 class FolderScanController;
 class MainWindow;
+class QAction;
+class QMenu;
 
 // Attaches the archive-wide operations (backup, restore, folder scans) to the library
 // window: their actions go into the sidebar, their outcomes into its status line.
@@ -16,8 +18,13 @@ public:
 
     BackupActions *backups() const { return m_backups; }
     FolderScanController *folderScans() const { return m_folderScans; }
+    QAction *safetyBackupsAction() const { return m_safetyBackups; }
 
 private:
+    void showSafetyBackups(MainWindow &window);
+    static void addBeforeQuit(QMenu *menu, QAction *action);
+
     BackupActions *m_backups;
     FolderScanController *m_folderScans;
+    QAction *m_safetyBackups = nullptr;
 };

@@ -27,9 +27,14 @@ FeedbackDialog::FeedbackDialog(QWidget *parent)
     auto *heading = new QLabel(tr("Feedback senden"), this);
     heading->setObjectName(QStringLiteral("dialogTitle"));
     layout->addWidget(heading);
-    auto *intro = new QLabel(tr("Ergänze den vorbereiteten Text und schicke ihn mit deinem E-Mail-Programm an %1. "
-                                "Er enthält Version und System, aber keine Gedichte.")
-                                 .arg(supportAddress()),
+    const bool hasAddress = !supportAddress().isEmpty();
+    auto *intro = new QLabel(hasAddress ? tr("Ergänze den vorbereiteten Text und schicke ihn mit deinem "
+                                             "E-Mail-Programm an %1. Er enthält Version und System, aber keine "
+                                             "Gedichte.")
+                                              .arg(supportAddress())
+                                        : tr("Ergänze den vorbereiteten Text und kopiere ihn, um ihn dort "
+                                             "weiterzugeben, wo du OdeLeaf bezogen hast. Er enthält Version und "
+                                             "System, aber keine Gedichte."),
                              this);
     intro->setWordWrap(true);
     intro->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -42,22 +47,28 @@ FeedbackDialog::FeedbackDialog(QWidget *parent)
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     QPushButton *copy = buttons->addButton(tr("Text kopieren"), QDialogButtonBox::ActionRole);
-    QPushButton *mail = buttons->addButton(tr("In E-Mail öffnen"), QDialogButtonBox::AcceptRole);
-    mail->setDefault(true);
+    copy->setObjectName(QStringLiteral("copyFeedbackButton"));
+    copy->setDefault(!hasAddress);
     connect(copy, &QPushButton::clicked, this, [this] {
         QApplication::clipboard()->setText(message());
         m_confirmation->setText(tr("Der Text liegt in der Zwischenablage."));
     });
-    connect(mail, &QPushButton::clicked, this, [this] {
-        if (QDesktopServices::openUrl(mailUrl())) {
-            accept();
-            return;
-        }
-        QApplication::clipboard()->setText(message());
-        m_confirmation->setText(tr("Kein E-Mail-Programm gefunden. Der Text liegt in der Zwischenablage; "
-                                   "schicke ihn an %1.")
-                                    .arg(supportAddress()));
-    });
+    // Without an address of its own the program has no one to write to.
+    if (hasAddress) {
+        QPushButton *mail = buttons->addButton(tr("In E-Mail öffnen"), QDialogButtonBox::AcceptRole);
+        mail->setObjectName(QStringLiteral("mailFeedbackButton"));
+        mail->setDefault(true);
+        connect(mail, &QPushButton::clicked, this, [this] {
+            if (QDesktopServices::openUrl(mailUrl())) {
+                accept();
+                return;
+            }
+            QApplication::clipboard()->setText(message());
+            m_confirmation->setText(tr("Kein E-Mail-Programm gefunden. Der Text liegt in der Zwischenablage; "
+                                       "schicke ihn an %1.")
+                                        .arg(supportAddress()));
+        });
+    }
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
     resize(560, 460);

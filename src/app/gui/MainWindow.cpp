@@ -9,6 +9,7 @@
 #include "app/gui/PoemListModel.h"
 #include "app/gui/PoemListPane.h"
 #include "app/gui/PrivacyNoticeDialog.h"
+#include "app/gui/SettingsWindow.h"
 #include "app/gui/StatusPanel.h"
 #include "app/gui/ThemeIcon.h"
 #include "app/gui/TrashDialog.h"
@@ -18,6 +19,7 @@
 #include "archive/PoemStore.h"
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
+#include "editor/gui/RichPoemTextView.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -254,6 +256,11 @@ void MainWindow::buildMenus()
     }
     m_editMenu->addSeparator();
     m_editMenu->addAction(m_findAction);
+    m_editMenu->addSeparator();
+    m_settingsAction = m_editMenu->addAction(tr("Einstellungen…"), this, &MainWindow::showSettings);
+    m_settingsAction->setObjectName(QStringLiteral("settingsAction"));
+    m_settingsAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    m_settingsAction->setMenuRole(QAction::PreferencesRole);
 
     m_viewMenu = menuBar()->addMenu(tr("&Ansicht"));
     m_scopeGroup = new QActionGroup(this);
@@ -325,6 +332,10 @@ void MainWindow::setUpdateManager(UpdateManager *manager)
     if (!manager)
         return;
     new UpdatePresenter(*manager, this);
+    if (!manager->hasFeed()) {
+        m_checkUpdatesAction->setToolTip(tr("Updates kommen über die Paketverwaltung deines Systems."));
+        m_helpMenu->setToolTipsVisible(true);
+    }
     m_checkUpdatesAction->setEnabled(manager->canCheckForUpdates());
     connect(manager, &UpdateManager::canCheckForUpdatesChanged, m_checkUpdatesAction, &QAction::setEnabled);
     connect(m_checkUpdatesAction, &QAction::triggered, manager, &UpdateManager::checkForUpdates);
@@ -544,6 +555,29 @@ bool MainWindow::isBusy() const
 void MainWindow::addSidebarAction(QAction *action)
 {
     m_sidebar->addAction(action);
+}
+
+void MainWindow::showSettings()
+{
+    if (!m_settings) {
+        m_settings = new SettingsWindow(m_context, m_updateManager, this);
+        connect(m_settings, &SettingsWindow::editorFontChanged, this,
+                [this] { m_detail->editorPane()->textView()->refreshEditorFont(); });
+        connect(m_settings, &SettingsWindow::categoriesChanged, this, [this] {
+            m_detail->reloadCategories();
+            reloadRows();
+        });
+    }
+    m_settings->refreshCategories();
+    m_settings->refreshFolders();
+    m_settings->show();
+    m_settings->raise();
+    m_settings->activateWindow();
+}
+
+SettingsWindow *MainWindow::settingsWindow() const
+{
+    return m_settings;
 }
 
 void MainWindow::showAbout()

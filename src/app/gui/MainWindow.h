@@ -18,6 +18,7 @@ class QActionGroup;
 class QMenu;
 class QSplitter;
 class QToolBar;
+class SettingsWindow;
 class UpdateManager;
 
 // The library window: sidebar, list and detail columns over the archive context, the
@@ -67,6 +68,9 @@ public:
     void openTrash();
     void setWriterMode(bool active);
     bool isWriterModeActive() const { return m_writerMode; }
+    // "Einstellungen…": one window, opened on first use and brought to the front after.
+    void showSettings();
+    SettingsWindow *settingsWindow() const;
     bool hasStarted() const { return m_started; }
 
     LibrarySidebar *sidebar() const { return m_sidebar; }
@@ -124,6 +128,8 @@ private:
     QAction *m_writerModeAction = nullptr;
     QAction *m_findAction = nullptr;
     QAction *m_checkUpdatesAction = nullptr;
+    QAction *m_settingsAction = nullptr;
+    QPointer<SettingsWindow> m_settings;
     QActionGroup *m_scopeGroup = nullptr;
     QActionGroup *m_sortGroup = nullptr;
 

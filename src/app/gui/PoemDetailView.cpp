@@ -3,6 +3,7 @@
 #include "app/gui/ThemeIcon.h"
 #include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
+#include "archive/CategoryCatalog.h"
 #include "archive/PoemEdit.h"
 #include "archive/PoemStore.h"
 #include "editor/EditorAppearance.h"
@@ -323,6 +324,9 @@ void PoemDetailView::commitCategory()
     if (unchanged)
         return;
     applyEdit([category](Poem &poem) { poem.setCategory(category); });
+    // A name typed here is offered again next time, in every poem.
+    if (category && CategoryCatalog::adoptCategories({*category}) > 0)
+        reloadCategories();
 }
 
 void PoemDetailView::commitPendingEdits()

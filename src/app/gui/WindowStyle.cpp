@@ -50,5 +50,10 @@ QPlainTextEdit#notesField { background: #faf9f6; border: 1px solid #e4e2dc; bord
 QSplitter#columns::handle { background: #e2e0da; }
 QToolBar#mainToolBar { border-bottom: 1px solid #e2e0da; spacing: 4px; padding: 3px 6px; }
 #readOnlyBanner { background: #fbf6e6; border-bottom: 1px solid #efe3bd; padding: 7px 12px; color: #5b4b12; }
+#settingsPage { background: #f7f6f3; }
+#settingsSection { color: #4a4843; font-weight: 600; }
+#settingsGroup { background: #ffffff; border: 1px solid #e4e2dc; border-radius: 8px; }
+#settingsGroup QLabel { background: transparent; }
+QTreeWidget#safetyBackupList::item { padding: 3px 2px; }
 )");
 }

@@ -77,6 +77,11 @@ void BackupActions::restoreBackup()
         return;
     }
     rememberFolderOf(path);
+    restoreFrom(path);
+}
+
+void BackupActions::restoreFrom(const QString &path)
+{
     Result<RestorePreview> preview = Error{};
     {
         const BusyScope busy([this](bool on) { setBusy(on); });

@@ -41,6 +41,8 @@ public:
 public Q_SLOTS:
     void createBackup();
     void restoreBackup();
+    // The restore from a known file (a safety backup): preview, confirmation, restore.
+    void restoreFrom(const QString &path);
     void runDailyBackupIfDue();
 
 Q_SIGNALS:

@@ -95,6 +95,18 @@ void RichPoemTextView::setPoemDocument(std::unique_ptr<PoemTextDocument> documen
     keepTypingAttributesComplete();
 }
 
+void RichPoemTextView::refreshEditorFont()
+{
+    m_defaults = WriterTypingAttributes::defaults();
+    const QFont font = WriterTypingAttributes::editorFont();
+    setFont(font);
+    QTextEdit::document()->setDefaultFont(font);
+    // An empty poem has no formatting of its own yet: it starts in the new font.
+    if (QTextEdit::document()->isEmpty())
+        setCurrentCharFormat(m_defaults);
+    keepTypingAttributesComplete();
+}
+
 // The vertical inset is the document's margin, so it scrolls with the text like a page
 // edge; what the horizontal inset has beyond it stays fixed at the sides.
 void RichPoemTextView::applyInsets()

@@ -31,6 +31,9 @@ public:
     void setSearchHighlight(const QString &term);
     void setAppearance(EditorAppearance appearance);
     EditorAppearance appearance() const { return m_appearance; }
+    // Takes over a new editor font for what is typed from now on; text that carries a
+    // font of its own keeps it.
+    void refreshEditorFont();
 
     // Applies a command; an image that cannot be read is reported through imageFailed.
     void apply(const RichTextCommand &command);
