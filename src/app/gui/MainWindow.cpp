@@ -195,6 +195,7 @@ void MainWindow::buildMenus()
     m_fileMenu->addAction(m_duplicateAction);
     m_fileMenu->addAction(m_trashAction);
     m_fileMenu->addSeparator();
+    m_fileOperationsEnd = m_fileMenu->addSeparator();
     m_fileMenu->addAction(m_openTrashAction);
     m_fileMenu->addSeparator();
     QAction *quit = m_fileMenu->addAction(tr("Beenden"), this, &QWidget::close);
@@ -498,6 +499,11 @@ bool MainWindow::isBusy() const
 void MainWindow::addSidebarAction(QAction *action)
 {
     m_sidebar->addAction(action);
+}
+
+void MainWindow::addFileMenuAction(QAction *action)
+{
+    m_fileMenu->insertAction(m_fileOperationsEnd, action);
 }
 
 void MainWindow::showAbout()
