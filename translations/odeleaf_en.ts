@@ -246,6 +246,106 @@
     </message>
 </context>
 <context>
+    <name>CSVFileReader</name>
+    <message>
+        <source>Datei nicht gefunden: %1</source>
+        <translation>File not found: %1</translation>
+    </message>
+    <message>
+        <source>Keine gewöhnliche Datei: %1</source>
+        <translation>Not a regular file: %1</translation>
+    </message>
+    <message>
+        <source>Die Datei ist größer als %1 MB und wird nicht gelesen.</source>
+        <translation>The file is larger than %1 MB and is not read.</translation>
+    </message>
+</context>
+<context>
+    <name>CSVImportActions</name>
+    <message>
+        <source>CSV-Datei importieren</source>
+        <translation>Import CSV File</translation>
+    </message>
+    <message>
+        <source>Titel, Kategorien, Daten und Markierungen aus einer Tabelle übernehmen</source>
+        <translation>Take titles, categories, dates and marks from a spreadsheet</translation>
+    </message>
+    <message>
+        <source>CSV-Datei auswählen</source>
+        <translation>Choose CSV File</translation>
+    </message>
+    <message>
+        <source>CSV-Dateien (*.csv *.txt);;Alle Dateien (*)</source>
+        <translation>CSV files (*.csv *.txt);;All files (*)</translation>
+    </message>
+</context>
+<context>
+    <name>CSVImporter</name>
+    <message>
+        <source>CSV Fehler: %1 | %2</source>
+        <translation>CSV error: %1 | %2</translation>
+    </message>
+    <message>
+        <source>(kein Header geparst)</source>
+        <translation>(no header parsed)</translation>
+    </message>
+    <message>
+        <source>Header: %1</source>
+        <translation>Header: %1</translation>
+    </message>
+    <message>
+        <source>Keine Datenzeilen. Diagnose: bytes=%1</source>
+        <translation>No data rows. Diagnostics: bytes=%1</translation>
+    </message>
+    <message>
+        <source>ja</source>
+        <translation>yes</translation>
+    </message>
+    <message>
+        <source>nein</source>
+        <translation>no</translation>
+    </message>
+    <message>
+        <source>Datei konnte nicht gelesen werden: %1 | %2</source>
+        <translation>The file could not be read: %1 | %2</translation>
+    </message>
+    <message>
+        <source>Leere Datei</source>
+        <translation>Empty file</translation>
+    </message>
+    <message>
+        <source>CSV-Import abgebrochen: Sicherheitsbackup fehlgeschlagen (%1)</source>
+        <translation>CSV import cancelled: safety backup failed (%1)</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>CSV Import: %1 neu, %2 aktualisiert, %3 übersprungen. Zeilen: %4, Spalten: %5, Trennzeichen: %6. Sicherheitsbackup: %7. %8</source>
+        <translation>CSV import: %1 new, %2 updated, %3 skipped. Rows: %4, columns: %5, separator: %6. Safety backup: %7. %8</translation>
+    </message>
+    <message>
+        <source>CSV-Auswahl abgebrochen.</source>
+        <translation>CSV selection cancelled.</translation>
+    </message>
+</context>
+<context>
+    <name>CSVTextDecoder</name>
+    <message>
+        <source>CSV Encoding nicht lesbar:</source>
+        <translation>CSV encoding not readable:</translation>
+    </message>
+    <message>
+        <source>BOM %1, aber keine gültige UTF-16-Folge</source>
+        <translation>BOM %1, but no valid UTF-16 sequence</translation>
+    </message>
+    <message>
+        <source>kein UTF-16, UTF-8 ungültig ab Byte %1 (0x%2)</source>
+        <translation>not UTF-16, UTF-8 invalid from byte %1 (0x%2)</translation>
+    </message>
+</context>
+<context>
     <name>CategoryFilter</name>
     <message>
         <source>Ohne Kategorie</source>

@@ -118,8 +118,9 @@ std::optional<QDateTime> CSVDateParser::parseDate(const QString &text)
     if (trimmed.isEmpty())
         return std::nullopt;
     for (const QString &format : formats()) {
+        // In UTC at once: every later comparison of a local time asks the system's time zone.
         if (const auto date = matchFormat(trimmed, format))
-            return date->startOfDay();
+            return date->startOfDay().toUTC();
     }
     static const QRegularExpression germanShortMonth(
         QStringLiteral("^([0-9]{1,2})\\.\\s*([A-Za-zÄÖÜäöü]{3,})\\.?\\s*([0-9]{2}|[0-9]{4})$"));

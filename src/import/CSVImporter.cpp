@@ -120,6 +120,8 @@ void applyRows(const CSVDocument &document, ArchiveContext &context, const QDate
     const Columns columns(document);
     QHash<QString, PoemPtr> byKey = livePoemsByKey(context);
     QSet<QString> seenCategories;
+    // Lists repeat their dates, and making a day's start asks the system's time zone.
+    QHash<QString, std::optional<QDateTime>> datesByText;
     for (const QStringList &cells : document.dataRows) {
         RowValues row;
         row.title = CSVDocument::cell(cells, columns.title);
@@ -130,7 +132,11 @@ void applyRows(const CSVDocument &document, ArchiveContext &context, const QDate
             continue;
         }
         row.category = rowCategory(cells, columns);
-        row.date = CSVDateParser::parseDate(CSVDocument::cell(cells, columns.date));
+        const QString dateText = CSVDocument::cell(cells, columns.date);
+        auto knownDate = datesByText.constFind(dateText);
+        if (knownDate == datesByText.constEnd())
+            knownDate = datesByText.insert(dateText, CSVDateParser::parseDate(dateText));
+        row.date = *knownDate;
         row.inPodcast = CSVFlagParser::parseBool(CSVDocument::cell(cells, columns.podcast));
         row.isPublished = CSVFlagParser::parsePublished(CSVDocument::cell(cells, columns.published));
         if (const PoemPtr existing = byKey.value(row.key)) {
@@ -215,7 +221,7 @@ CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext 
     }
     result.safetyBackupPath = *safetyBackup;
 
-    applyRows(*document, context, now, result);
+    applyRows(*document, context, now.toUTC(), result);
     // A failed save keeps the rows in memory for a later save; the safety backup is the way back.
     if (context.hasChanges()) {
         if (const auto saved = context.save(); !saved)
