@@ -1,4 +1,5 @@
 #include "CliRunner.h"
+#include "backup/BackupTestSupport.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,10 +16,7 @@ private:
 
     QString writeCsv(const QString &name, const QByteArray &bytes)
     {
-        const QString path = m_dir.filePath(name);
-        QFile file(path);
-        [&] { QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size()); }();
-        return path;
+        return BackupTestSupport::writeFileIn(m_dir.path(), name, bytes);
     }
 
 private Q_SLOTS:

@@ -63,9 +63,7 @@ private:
 
     QString csvFile(const QByteArray &bytes, const QString &name = QStringLiteral("liste.csv"))
     {
-        const QString path = m_archive->path(name);
-        [&] { QVERIFY(writeFile(path, bytes)); }();
-        return path;
+        return writeFileIn(m_archive->folder(), name, bytes);
     }
 
     CSVImportResult import(const QByteArray &bytes)

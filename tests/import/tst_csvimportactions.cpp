@@ -6,6 +6,7 @@
 #include "archive/AppPreferences.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/PersistenceController.h"
+#include "backup/BackupTestSupport.h"
 #include "import/gui/CSVImportActions.h"
 
 #include <QAbstractButton>
@@ -46,10 +47,7 @@ private:
 
     QString writeCsv(const QString &name, const QByteArray &bytes)
     {
-        const QString path = m_dir.filePath(name);
-        QFile file(path);
-        [&] { QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size()); }();
-        return path;
+        return BackupTestSupport::writeFileIn(m_dir.path(), name, bytes);
     }
 
 private Q_SLOTS:
