@@ -104,6 +104,8 @@ QString noDataRowsMessage(qsizetype byteCount, const QStringList &header)
     return CSVImporter::tr("Keine Datenzeilen. Diagnose: bytes=%1").arg(byteCount) + QLatin1Char(' ') + summary;
 }
 
+// Each row looks its title key up among the live poems; a poem in the trash never matches,
+// and of two live poems with one key the first in store order does.
 QHash<QString, PoemPtr> livePoemsByKey(const ArchiveContext &context)
 {
     QHash<QString, PoemPtr> byKey;
@@ -174,13 +176,6 @@ QString CSVImporter::cleanCategory(const QString &cell)
     while (cleaned.endsWith(QLatin1Char(',')))
         cleaned.chop(1);
     return cleaned.trimmed();
-}
-
-PoemPtr CSVImporter::fetchPoem(const QString &normalizedTitle, const ArchiveContext &context)
-{
-    const QList<PoemPtr> found =
-        context.fetch([&](const Poem &poem) { return !poem.isInTrash() && poem.titleNormalized() == normalizedTitle; });
-    return found.value(0);
 }
 
 CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext &context, const QDateTime &now)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "archive/Poem.h"
 #include "import/CSVImportResult.h"
 
 #include <QCoreApplication>
@@ -27,6 +26,4 @@ public:
     static const QStringList &knownCategories();
     // Trimmed, trailing commas dropped.
     static QString cleanCategory(const QString &cell);
-    // The first live poem with the title key; a poem in the trash never matches.
-    static PoemPtr fetchPoem(const QString &normalizedTitle, const ArchiveContext &context);
 };

@@ -559,15 +559,6 @@ private Q_SLOTS:
         QCOMPARE(tooLarge.errorMessage(), QStringLiteral("Die Datei ist größer als 3 MB und wird nicht gelesen."));
         QCOMPARE(CSVFileReader::read(path, 4 * 1024 * 1024)->size(), 3 * 1024 * 1024 + 1);
     }
-
-    void looksUpOnlyLivePoems()
-    {
-        const PoemPtr live = addPoem(QStringLiteral("Nachtlied"));
-        const PoemPtr trashed = addPoem(QStringLiteral("Taglied"));
-        trashed->setDeletedAt(importTime);
-        QCOMPARE(CSVImporter::fetchPoem(QStringLiteral("nachtlied"), context()), live);
-        QVERIFY(!CSVImporter::fetchPoem(QStringLiteral("taglied"), context()));
-    }
 };
 
 QTEST_GUILESS_MAIN(CsvImportTest)
