@@ -6,10 +6,10 @@ namespace {
 
 enum class Endian { little, big };
 
-char16_t unitAt(const QByteArray &bytes, qsizetype unit, Endian endian)
+char16_t unitAt(const QByteArray &bytes, qsizetype offset, qsizetype unit, Endian endian)
 {
-    const auto first = uchar(bytes.at(2 * unit));
-    const auto second = uchar(bytes.at(2 * unit + 1));
+    const auto first = uchar(bytes.at(offset + 2 * unit));
+    const auto second = uchar(bytes.at(offset + 2 * unit + 1));
     return endian == Endian::little ? char16_t(first | second << 8) : char16_t(first << 8 | second);
 }
 
@@ -18,14 +18,13 @@ std::optional<QString> decodeUtf16(const QByteArray &bytes, qsizetype offset, En
 {
     if ((bytes.size() - offset) % 2 != 0)
         return std::nullopt;
-    const QByteArray body = bytes.mid(offset);
-    const qsizetype units = body.size() / 2;
+    const qsizetype units = (bytes.size() - offset) / 2;
     QString text(units, Qt::Uninitialized);
     QChar *out = text.data();
     for (qsizetype i = 0; i < units; ++i) {
-        const QChar unit(unitAt(body, i, endian));
+        const QChar unit(unitAt(bytes, offset, i, endian));
         if (unit.isHighSurrogate()) {
-            if (i + 1 >= units || !QChar(unitAt(body, i + 1, endian)).isLowSurrogate())
+            if (i + 1 >= units || !QChar(unitAt(bytes, offset, i + 1, endian)).isLowSurrogate())
                 return std::nullopt;
         } else if (unit.isLowSurrogate() && (i == 0 || !out[i - 1].isHighSurrogate())) {
             return std::nullopt;
@@ -47,7 +46,7 @@ std::optional<QString> unmarkedUtf16(const QByteArray &bytes, Endian endian)
     const qsizetype sampled = std::min<qsizetype>(bytes.size() / 2, 512);
     qsizetype latin = 0;
     for (qsizetype i = 0; i < sampled; ++i) {
-        const char16_t unit = unitAt(bytes, i, endian);
+        const char16_t unit = unitAt(bytes, 0, i, endian);
         if (unit < 0x100 && unit != 0)
             ++latin;
     }
@@ -123,7 +122,8 @@ Result<DecodedText> CSVTextDecoder::decodeText(const QByteArray &bytes)
         if (auto text = unmarkedUtf16(bytes, Endian::big))
             return DecodedText{*std::move(text), QStringLiteral("UTF-16BE")};
     }
-    const QByteArray body = utf8Mark ? bytes.mid(3) : bytes;
+    // A view, not a copy: the file can be tens of megabytes.
+    const QByteArray body = utf8Mark ? QByteArray::fromRawData(bytes.constData() + 3, bytes.size() - 3) : bytes;
     if (const qsizetype invalid = firstInvalidUtf8Byte(body); invalid >= 0) {
         const qsizetype offset = invalid + (utf8Mark ? 3 : 0);
         const QString hex = QString::number(uchar(bytes.at(offset)), 16).toUpper().rightJustified(2, QLatin1Char('0'));

@@ -37,6 +37,8 @@ void CSVImportActions::chooseFileAndImport()
 void CSVImportActions::importFile(const QString &path)
 {
     setBusy(true);
+    // Shows the busy state before the window is blocked for a long list.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     const CSVImportResult result = CSVImporter::importGedichte(path, m_context);
     setBusy(false);
     if (result.inserted + result.updated > 0)
