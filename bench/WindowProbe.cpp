@@ -5,6 +5,7 @@
 
 #include "app/gui/AboutDialog.h"
 #include "app/gui/AppIcon.h"
+#include "app/gui/ArchiveOperations.h"
 #include "app/gui/FeedbackDialog.h"
 #include "app/gui/LibrarySidebar.h"
 #include "app/gui/MainWindow.h"
@@ -17,6 +18,7 @@
 #include "archive/PersistenceController.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
+#include "import/gui/CSVImportActions.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -109,6 +111,8 @@ int main(int argc, char **argv)
                       QStringLiteral("1280x800")});
     parser.addOption(
         {QStringLiteral("fill"), QStringLiteral("first add N sample poems and stop"), QStringLiteral("N")});
+    parser.addOption(
+        {QStringLiteral("csv"), QStringLiteral("import a poem list before the picture"), QStringLiteral("FILE")});
     parser.process(app);
     if (parser.isSet(QStringLiteral("data-dir")))
         ApplicationSupport::setDirectory(parser.value(QStringLiteral("data-dir")));
@@ -127,6 +131,8 @@ int main(int argc, char **argv)
     MainWindow window(PersistenceController::shared().viewContext());
     const QStringList size = parser.value(QStringLiteral("size")).split(QLatin1Char('x'));
     window.resize(size.value(0).toInt(), size.value(1).toInt());
+    if (parser.isSet(QStringLiteral("csv")))
+        new ArchiveOperations(window);
     QObject::connect(&window, &MainWindow::startUpFinished, &window, [&] {
         std::printf("start-to-window: %.0f ms since main(), %.0f ms since process start\n", double(sinceMain.elapsed()),
                     processAgeMs());
@@ -142,6 +148,8 @@ int main(int argc, char **argv)
             return;
         }
         const QString state = parser.value(QStringLiteral("state"));
+        if (parser.isSet(QStringLiteral("csv")))
+            window.findChild<CSVImportActions *>()->importFile(parser.value(QStringLiteral("csv")));
         if (parser.isSet(QStringLiteral("search")))
             window.listPane()->searchField()->setText(parser.value(QStringLiteral("search")));
         const int row = parser.value(QStringLiteral("select")).toInt();

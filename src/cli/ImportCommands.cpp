@@ -3,6 +3,7 @@
 #include "cli/CliCommand.h"
 #include "cli/CliInvocation.h"
 #include "cli/CliTexts.h"
+#include "import/CSVImporter.h"
 #include "import/FolderScan.h"
 #include "import/IsolatedDocumentExtractor.h"
 #include "import/PoemSnapshot.h"
@@ -45,6 +46,20 @@ int runScan(CliInvocation &cli)
     return 0;
 }
 
+int runImportCsv(CliInvocation &cli)
+{
+    if (!cli.finishOptions(1, 1))
+        return cli.usageError({});
+    ArchiveContext *context = cli.archive();
+    if (!context)
+        return 1;
+    const CSVImportResult result = CSVImporter::importGedichte(cli.positional().at(0), *context);
+    if (result.error)
+        return cli.fail(CSVImporter::statusLine(result));
+    cli.print(CSVImporter::statusLine(result));
+    return 0;
+}
+
 } // namespace
 
 std::vector<CliCommand> importCommands()
@@ -52,5 +67,6 @@ std::vector<CliCommand> importCommands()
     return {
         {QStringLiteral("extract"), QStringLiteral("extract FILE"), runExtract},
         {QStringLiteral("scan"), QStringLiteral("scan DIR [--images]"), runScan},
+        {QStringLiteral("import-csv"), QStringLiteral("import-csv FILE"), runImportCsv},
     };
 }

@@ -28,6 +28,13 @@ inline bool writeFile(const QString &path, const QByteArray &bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
+// The file of that name in the folder, written; empty when it could not be.
+inline QString writeFileIn(const QString &folder, const QString &name, const QByteArray &bytes)
+{
+    const QString path = folder + QLatin1Char('/') + name;
+    return writeFile(path, bytes) ? path : QString();
+}
+
 // A poem with every attribute set, as an editor and a few days of work leave it.
 inline PoemPtr addPoem(ArchiveContext &context, const QString &title, const QDateTime &updatedAt)
 {

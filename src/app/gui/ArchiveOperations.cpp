@@ -4,6 +4,7 @@
 #include "app/gui/MainWindow.h"
 #include "backup/gui/BackupActions.h"
 #include "backup/gui/SafetyBackupWindow.h"
+#include "import/gui/CSVImportActions.h"
 #include "import/gui/FolderScanController.h"
 #include "import/gui/ImportReviewWindow.h"
 
@@ -35,6 +36,13 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
 
     connect(m_folderScans, &FolderScanController::statusChanged, &window, &MainWindow::setStatus);
     connect(m_folderScans, &FolderScanController::busyChanged, &window, &MainWindow::setBusy);
+
+    auto *csvImport = new CSVImportActions(window.context(), &window);
+    window.addSidebarAction(csvImport->importAction());
+    window.addFileMenuAction(csvImport->importAction());
+    connect(csvImport, &CSVImportActions::statusChanged, &window, &MainWindow::setStatus);
+    connect(csvImport, &CSVImportActions::busyChanged, &window, &MainWindow::setBusy);
+    connect(csvImport, &CSVImportActions::archiveChanged, &window, &MainWindow::reloadRows);
 }
 
 void ArchiveOperations::showSafetyBackups(MainWindow &window)

@@ -224,6 +224,7 @@ void MainWindow::buildMenus()
     m_fileMenu->addAction(m_duplicateAction);
     m_fileMenu->addAction(m_trashAction);
     m_fileMenu->addSeparator();
+    m_fileOperationsEnd = m_fileMenu->addSeparator();
     m_fileMenu->addAction(m_openTrashAction);
     m_fileMenu->addSeparator();
     QAction *quit = m_fileMenu->addAction(tr("Beenden"), this, &QWidget::close);
@@ -578,6 +579,11 @@ void MainWindow::showSettings()
 SettingsWindow *MainWindow::settingsWindow() const
 {
     return m_settings;
+}
+
+void MainWindow::addFileMenuAction(QAction *action)
+{
+    m_fileMenu->insertAction(m_fileOperationsEnd, action);
 }
 
 void MainWindow::showAbout()

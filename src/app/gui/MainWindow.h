@@ -44,6 +44,8 @@ public:
     bool isBusy() const;
     // One line in the sidebar's action section; the section shows once it has one.
     void addSidebarAction(QAction *action);
+    // An archive-wide operation in the file menu, above the trash and quit entries.
+    void addFileMenuAction(QAction *action);
     // Rebuilds counts, category filters and rows, keeping the selection.
     void reloadRows();
     // Start-up checks of the last import's state files: each answers whether its file
@@ -120,6 +122,7 @@ private:
     QMenu *m_editMenu = nullptr;
     QMenu *m_viewMenu = nullptr;
     QMenu *m_helpMenu = nullptr;
+    QAction *m_fileOperationsEnd = nullptr;
 
     QAction *m_newPoemAction = nullptr;
     QAction *m_duplicateAction = nullptr;

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+
+class ArchiveContext;
+class QAction;
+class QWidget;
+
+// "CSV-Datei importieren" in the library window: asks for the spreadsheet export, imports
+// it and reports the outcome as one status line; archiveChanged() asks for the list to be
+// rebuilt.
+class CSVImportActions : public QObject {
+    Q_OBJECT
+
+public:
+    CSVImportActions(ArchiveContext &context, QWidget *window);
+
+    QAction *importAction() const { return m_import; }
+
+public Q_SLOTS:
+    void chooseFileAndImport();
+    void importFile(const QString &path);
+
+Q_SIGNALS:
+    void statusChanged(const QString &text);
+    void archiveChanged();
+    void busyChanged(bool busy);
+
+protected:
+    // Empty when the user cancelled; replaced where no one clicks.
+    virtual QString chooseFile(const QString &folder);
+
+private:
+    void setBusy(bool busy);
+
+    ArchiveContext &m_context;
+    QWidget *m_window;
+    QAction *m_import;
+};
