@@ -18,8 +18,10 @@ class PoemTextDocument : public QTextDocument {
     Q_OBJECT
 
 public:
-    // Pictures larger than this are decoded for the screen at a reduced size.
-    static constexpr int maxShownSide = 2400;
+    // Pictures larger than this are decoded for the screen at a reduced size: enough for a
+    // page-wide picture on a high-resolution screen, and half a 12-megapixel photo exactly,
+    // which JPEG decodes without a further scaling pass.
+    static constexpr int maxShownSide = 2000;
 
     explicit PoemTextDocument(QObject *parent = nullptr);
 

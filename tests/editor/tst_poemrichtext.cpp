@@ -616,6 +616,73 @@ private Q_SLOTS:
         QCOMPARE(pictureBytesOf(*again), png);
     }
 
+    void readsAndRewritesTheCorpusOfOtherPrograms_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QList<QByteArray>>("pictures");
+        const QByteArray moon = readData(QStringLiteral("corpus/mond.png"));
+        const QByteArray forest = readData(QStringLiteral("corpus/wald.jpg"));
+        const QChar image(QChar::ObjectReplacementCharacter);
+        QTest::newRow("pandoc") << QStringLiteral("pandoc-pictures.rtf")
+                                << QStringLiteral("Herbsttag\nÜber die Brücke geht der Wind – „leise“.\n%1\n"
+                                                  "Zwischen den Bildern\n%1\nEnde")
+                                       .arg(image)
+                                << QList<QByteArray>{moon, forest};
+        QTest::newRow("abiword") << QStringLiteral("abiword-pictures.rtf")
+                                 << QStringLiteral(
+                                        "Abendlied\nÜber den Hügeln – Ωμέγα € ß\n%1\nZwischen den Bildern\n%1\n"
+                                        "Ende\n\n\n")
+                                        .arg(image)
+                                 << QList<QByteArray>{moon, forest};
+        // LibreOffice writes pictures of its own making (the JPEG, too, becomes a PNG).
+        QTest::newRow("libreoffice") << QStringLiteral("libreoffice-pictures.rtf")
+                                     << QStringLiteral("Nachtstück – Ωμέγα und „Mond“\n%1\nZwischen den Bildern\n%1\n"
+                                                       "Im Kasten steht ein Vers\nNach dem Kasten")
+                                            .arg(image)
+                                     << QList<QByteArray>{QByteArray(), QByteArray()};
+        QTest::newRow("word") << QStringLiteral("word-constructs.rtf")
+                              << QStringLiteral("Winterreise\nFremd bin ich eingezogen\nGrüß aus Lindenbaum\n"
+                                                "Formel: α≥β, η und π\nSiehe Quelle\nErste Zeile\nZweite Zeile\n%1\n"
+                                                "%1Nach dem Bild\nIm Kasten steht ein Vers\nEnde")
+                                     .arg(image)
+                              << QList<QByteArray>{moon, forest};
+    }
+
+    void readsAndRewritesTheCorpusOfOtherPrograms()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, text);
+        QFETCH(QList<QByteArray>, pictures);
+        const auto document = decodeRtf(readData(QStringLiteral("corpus/") + file));
+        QVERIFY(document);
+        QCOMPARE(PoemRichText::plainText(*document), text);
+        const auto picturesOf = [](const PoemTextDocument &read) {
+            QList<StoredPicture> found;
+            for (QTextBlock block = read.begin(); block.isValid(); block = block.next()) {
+                for (const Run &run : runsOf(block)) {
+                    if (run.format.isImageFormat())
+                        found.append(*read.picture(run.format.toImageFormat().name()));
+                }
+            }
+            return found;
+        };
+        const QList<StoredPicture> read = picturesOf(*document);
+        QCOMPARE(read.size(), pictures.size());
+        for (qsizetype i = 0; i < read.size(); ++i) {
+            QVERIFY(PictureFormats::pixelSize(read.at(i).bytes, read.at(i).format));
+            if (!pictures.at(i).isEmpty())
+                QCOMPARE(read.at(i).bytes, pictures.at(i));
+        }
+
+        const auto again = PoemRichText::decode(*PoemRichText::encode(*document));
+        QCOMPARE(PoemRichText::plainText(*again), text);
+        const QList<StoredPicture> rewritten = picturesOf(*again);
+        QCOMPARE(rewritten.size(), read.size());
+        for (qsizetype i = 0; i < read.size(); ++i)
+            QCOMPARE(rewritten.at(i).bytes, read.at(i).bytes);
+    }
+
     void hostileInputStaysBoundedAndCheap_data()
     {
         QTest::addColumn<QByteArray>("data");
