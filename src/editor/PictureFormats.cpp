@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QImageReader>
+#include <QPainter>
 #include <QPdfDocument>
 #include <QTemporaryFile>
 
@@ -257,8 +258,15 @@ QImage PictureFormats::renderFirstPdfPage(const QByteArray &bytes, int maxDispla
     if (!(points.width() > 0) || !(points.height() > 0))
         return {};
     // Twice the point size, for sharp edges on a high-resolution screen.
-    const QSize pixels = (points * 2).toSize().boundedTo(QSize(maxSide, maxSide));
-    return document.render(
-        0,
-        pixels.scaled(maxDisplaySide, maxDisplaySide, Qt::KeepAspectRatio).boundedTo(pixels.expandedTo(QSize(1, 1))));
+    const QSize pixels = (points * 2).toSize().boundedTo(QSize(maxSide, maxSide)).expandedTo(QSize(1, 1));
+    const QImage page =
+        document.render(0, pixels.scaled(maxDisplaySide, maxDisplaySide, Qt::KeepAspectRatio).boundedTo(pixels));
+    if (page.isNull())
+        return {};
+    // A page has no background of its own; on paper it is white.
+    QImage onPaper(page.size(), QImage::Format_RGB32);
+    onPaper.fill(Qt::white);
+    QPainter painter(&onPaper);
+    painter.drawImage(0, 0, page);
+    return onPaper;
 }
