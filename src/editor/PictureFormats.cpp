@@ -6,6 +6,8 @@
 #include <QPdfDocument>
 #include <QTemporaryFile>
 
+#include <iterator>
+
 namespace {
 
 quint32 littleEndian32(const QByteArray &bytes, qsizetype at)
@@ -39,6 +41,32 @@ bool isDibHeader(const QByteArray &bytes)
                                  headerSize == 108 || headerSize == 124);
 }
 
+struct Traits {
+    PictureFormat format;
+    const char *reader;
+    const char *displayName;
+    const char *extension;
+    const char *pictKeyword; // empty: RTF has no inline form for it
+};
+
+constexpr Traits traits[] = {
+    {PictureFormat::png, "png", "PNG", "png", "pngblip"},   {PictureFormat::jpeg, "jpeg", "JPEG", "jpg", "jpegblip"},
+    {PictureFormat::gif, "gif", "GIF", "gif", ""},          {PictureFormat::bmp, "bmp", "BMP", "bmp", ""},
+    {PictureFormat::dib, "bmp", "BMP", "bmp", "dibitmap0"}, {PictureFormat::tiff, "tiff", "TIFF", "tiff", ""},
+    {PictureFormat::webp, "webp", "WebP", "webp", ""},      {PictureFormat::emf, "", "EMF", "emf", "emfblip"},
+    {PictureFormat::wmf, "", "WMF", "wmf", "wmetafile8"},   {PictureFormat::pdf, "", "PDF", "pdf", ""},
+    {PictureFormat::unknown, "", "?", "bin", ""},
+};
+
+const Traits &traitsOf(PictureFormat format)
+{
+    for (const Traits &entry : traits) {
+        if (entry.format == format)
+            return entry;
+    }
+    return traits[std::size(traits) - 1];
+}
+
 } // namespace
 
 PictureFormat PictureFormats::sniff(const QByteArray &bytes)
@@ -70,97 +98,22 @@ PictureFormat PictureFormats::sniff(const QByteArray &bytes)
 
 QByteArray PictureFormats::readerName(PictureFormat format)
 {
-    switch (format) {
-    case PictureFormat::png:
-        return "png";
-    case PictureFormat::jpeg:
-        return "jpeg";
-    case PictureFormat::gif:
-        return "gif";
-    case PictureFormat::bmp:
-    case PictureFormat::dib:
-        return "bmp";
-    case PictureFormat::tiff:
-        return "tiff";
-    case PictureFormat::webp:
-        return "webp";
-    default:
-        return {};
-    }
+    return traitsOf(format).reader;
 }
 
 QString PictureFormats::displayName(PictureFormat format)
 {
-    switch (format) {
-    case PictureFormat::png:
-        return QStringLiteral("PNG");
-    case PictureFormat::jpeg:
-        return QStringLiteral("JPEG");
-    case PictureFormat::gif:
-        return QStringLiteral("GIF");
-    case PictureFormat::bmp:
-    case PictureFormat::dib:
-        return QStringLiteral("BMP");
-    case PictureFormat::tiff:
-        return QStringLiteral("TIFF");
-    case PictureFormat::webp:
-        return QStringLiteral("WebP");
-    case PictureFormat::emf:
-        return QStringLiteral("EMF");
-    case PictureFormat::wmf:
-        return QStringLiteral("WMF");
-    case PictureFormat::pdf:
-        return QStringLiteral("PDF");
-    case PictureFormat::unknown:
-        break;
-    }
-    return QStringLiteral("?");
+    return QString::fromLatin1(traitsOf(format).displayName);
 }
 
 QString PictureFormats::fileExtension(PictureFormat format)
 {
-    switch (format) {
-    case PictureFormat::png:
-        return QStringLiteral("png");
-    case PictureFormat::jpeg:
-        return QStringLiteral("jpg");
-    case PictureFormat::gif:
-        return QStringLiteral("gif");
-    case PictureFormat::bmp:
-    case PictureFormat::dib:
-        return QStringLiteral("bmp");
-    case PictureFormat::tiff:
-        return QStringLiteral("tiff");
-    case PictureFormat::webp:
-        return QStringLiteral("webp");
-    case PictureFormat::emf:
-        return QStringLiteral("emf");
-    case PictureFormat::wmf:
-        return QStringLiteral("wmf");
-    case PictureFormat::pdf:
-        return QStringLiteral("pdf");
-    case PictureFormat::unknown:
-        break;
-    }
-    return QStringLiteral("bin");
+    return QString::fromLatin1(traitsOf(format).extension);
 }
 
 QByteArray PictureFormats::pictKeyword(PictureFormat format)
 {
-    switch (format) {
-    case PictureFormat::png:
-        return "pngblip";
-    case PictureFormat::jpeg:
-        return "jpegblip";
-    case PictureFormat::emf:
-        return "emfblip";
-    case PictureFormat::wmf:
-        return "wmetafile8";
-    case PictureFormat::dib:
-        return "dibitmap0";
-    default:
-        return {};
-    }
+    return traitsOf(format).pictKeyword;
 }
 
 std::optional<QSize> PictureFormats::pixelSize(const QByteArray &bytes, PictureFormat format)
