@@ -127,6 +127,7 @@ BENCHMARK(BM_keystrokeSaveOf60LinePoemWithImage)
     ->Arg(500)
     ->Arg(1000)
     ->Arg(2400)
+    ->Arg(3000) // 12 megapixels, as a phone takes them
     ->Unit(benchmark::kMillisecond)
     ->Repetitions(5)
     ->ReportAggregatesOnly(true)
@@ -234,6 +235,28 @@ void spellHighlight(benchmark::State &state, bool warm)
         highlighter.rehighlight();
     }
 }
+
+// Opening a poem that holds a phone photo: reading the stored form and drawing the picture
+// at screen size.
+void BM_openPoemWithTwelveMegapixelJpeg(benchmark::State &state)
+{
+    QTemporaryDir dir;
+    const QString imagePath = dir.filePath(QStringLiteral("photo.jpg"));
+    photoLikeImage(3000, 4000, 7).save(imagePath, "JPEG", 90);
+    const auto document = poemWithImage(imagePath);
+    if (!document) {
+        state.SkipWithError("could not prepare the poem");
+        return;
+    }
+    decodeBenchmark(state, *PoemRichText::encode(*document), state.range(0) != 0);
+}
+BENCHMARK(BM_openPoemWithTwelveMegapixelJpeg)
+    ->Arg(0)
+    ->Arg(1)
+    ->ArgName("shown")
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly(true);
 
 void BM_spellHighlight200LinesCold(benchmark::State &state)
 {

@@ -18,20 +18,30 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
     return 0;
 }
 
+namespace {
+
+bool readStored(const QByteArray &bytes, PoemTextDocument &document)
+{
+    if (const auto rtfd = RtfdContainer::read(bytes)) {
+        if (RtfReader::read(rtfd->rtf, document, rtfd->files))
+            return true;
+    }
+    return RtfReader::read(bytes, document);
+}
+
+} // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size));
     PoemTextDocument document;
-    bool read = false;
-    if (const auto rtfd = RtfdContainer::read(bytes))
-        read = RtfReader::read(rtfd->rtf, document, rtfd->files);
-    if (!read)
-        read = RtfReader::read(bytes, document);
-    if (read) {
+    if (readStored(bytes, document)) {
+        // What was read must survive being written: same text, same number of pictures.
         const auto written = RtfWriter::write(document);
         if (written.ok()) {
             PoemTextDocument again;
-            RtfReader::read(*written, again);
+            if (!readStored(*written, again) || again.toRawText() != document.toRawText())
+                abort();
         }
     }
     return 0;

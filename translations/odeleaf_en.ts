@@ -1628,6 +1628,25 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>PoemTextDocument</name>
+    <message>
+        <source>Eingebettetes Objekt</source>
+        <translation>Embedded object</translation>
+    </message>
+    <message>
+        <source>%1-Grafik</source>
+        <translation>%1 graphic</translation>
+    </message>
+    <message>
+        <source>%1
+%2 × %3 pt, %4
+wird unverändert aufbewahrt</source>
+        <translation>%1
+%2 × %3 pt, %4
+kept unchanged</translation>
+    </message>
+</context>
+<context>
     <name>PrivacyNoticeDialog</name>
     <message>
         <source>Datenschutzhinweise</source>
@@ -2162,6 +2181,13 @@ Qt %4</translation>
     <message>
         <source>Keine aktuellen Meldungen.</source>
         <translation>No recent messages.</translation>
+    </message>
+</context>
+<context>
+    <name>StoredPicture</name>
+    <message>
+        <source>zu groß</source>
+        <translation>too large</translation>
     </message>
 </context>
 <context>

@@ -27,19 +27,3 @@ QSizeF ImageSizing::forAppend(QSizeF natural)
     const double scale = std::min({appendBoxWidth / natural.width(), appendBoxHeight / natural.height(), 1.0});
     return natural * scale;
 }
-
-QSize ImageSizing::storedPixels(QSize natural)
-{
-    const QSize box(int(maximumInsertWidth), int(maximumInsertWidth * 4 / 3));
-    if (natural.width() <= box.width() && natural.height() <= box.height())
-        return natural;
-    return natural.scaled(box, Qt::KeepAspectRatio);
-}
-
-QImage ImageSizing::forStorage(const QImage &image)
-{
-    const QSize pixels = storedPixels(image.size());
-    if (pixels == image.size())
-        return image;
-    return image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-}

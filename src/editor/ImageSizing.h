@@ -2,7 +2,6 @@
 
 #include "editor/WriterImageSize.h"
 
-#include <QImage>
 #include <QSizeF>
 
 // The display size of an image attachment, in points. Images are never enlarged.
@@ -19,10 +18,6 @@ public:
     static QSizeF forResize(QSizeF natural, WriterImageSize size);
     // Appending from the image import: fitted into a 500 × 650 box.
     static QSizeF forAppend(QSizeF natural);
-    // The pixels kept of an inserted image: enough for the largest menu size (a page width
-    // of 780 at 3:4), never more, since every edit stores the whole poem again.
-    static QSize storedPixels(QSize natural);
-    static QImage forStorage(const QImage &image);
 
 private:
     static QSizeF fittedToWidth(QSizeF natural, double target);

@@ -9,7 +9,6 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextImageFormat>
@@ -79,16 +78,15 @@ Result<QByteArray> PoemRichText::encodePlainText(const QString &text)
 
 Result<void> PoemRichText::appendImage(const QString &imagePath, PoemTextDocument &document)
 {
-    QImageReader reader(imagePath);
-    reader.setAutoTransform(true);
-    const QImage image = reader.read();
-    if (image.isNull()) {
+    QString error;
+    auto picture = StoredPicture::fromFile(imagePath, &error);
+    if (!picture) {
         return Error{QCoreApplication::translate("PoemRichText", "Bild konnte nicht gelesen werden: %1 (%2)")
-                         .arg(QFileInfo(imagePath).fileName(), reader.errorString())};
+                         .arg(QFileInfo(imagePath).fileName(), error)};
     }
+    const QSizeF size = ImageSizing::forAppend(picture->naturalSize);
     QTextImageFormat format;
-    format.setName(document.addPicture(ImageSizing::forStorage(image)));
-    const QSizeF size = ImageSizing::forAppend(image.size());
+    format.setName(document.addPicture(std::move(*picture)));
     format.setWidth(size.width());
     format.setHeight(size.height());
 

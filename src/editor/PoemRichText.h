@@ -39,8 +39,8 @@ public:
     // What the editor stores for a plain text: its richTextData.
     static Result<QByteArray> encodePlainText(const QString &text);
 
-    // Appends the image file in its own centred paragraph at the end, fitted into a
-    // 500 × 650 box and kept as PNG.
+    // Appends the image file in its own centred paragraph at the end, shown fitted into a
+    // 500 × 650 box and stored in the file's own bytes.
     static Result<void> appendImage(const QString &imagePath, PoemTextDocument &document);
     // The image import's step: the stored body (formatted when it decodes, else built from
     // the plain text) with the image appended, in both forms.

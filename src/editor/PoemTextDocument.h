@@ -1,8 +1,11 @@
 #pragma once
 
+#include "editor/StoredPicture.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QSize>
+#include <QSizeF>
 #include <QTextDocument>
 
 #include <optional>
@@ -15,16 +18,26 @@ class PoemTextDocument : public QTextDocument {
     Q_OBJECT
 
 public:
+    // Pictures larger than this are decoded for the screen at a reduced size: enough for a
+    // page-wide picture on a high-resolution screen, and half a 12-megapixel photo exactly,
+    // which JPEG decodes without a further scaling pass.
+    static constexpr int maxShownSide = 2000;
+
     explicit PoemTextDocument(QObject *parent = nullptr);
 
-    // Registers encoded image bytes (PNG, JPEG, GIF) whose pixel size is known; returns the
-    // name to put into a QTextImageFormat.
+    // Registers a picture; returns the name to put into a QTextImageFormat.
+    QString addPicture(StoredPicture picture);
+    // Registers encoded image bytes whose pixel size is known.
     QString addPicture(const QByteArray &encoded, QSize pixelSize);
     // Registers an image, stored as PNG.
     QString addPicture(const QImage &image);
     bool hasPicture(const QString &name) const;
-    QSize pictureSize(const QString &name) const;
-    // The picture as PNG; other formats are converted once and remembered.
+    std::optional<StoredPicture> picture(const QString &name) const;
+    QSizeF naturalSize(const QString &name) const;
+    // Whether the program can draw the picture; the others show a framed placeholder.
+    bool canShow(const QString &name) const;
+    // The picture as PNG for readers that take nothing else; other formats are converted
+    // once and remembered. Nothing for a picture the program cannot draw.
     std::optional<QByteArray> pngData(const QString &name) const;
     // Takes over the pictures of another document (names are unique across documents).
     void adoptPictures(const PoemTextDocument &other);
@@ -33,10 +46,12 @@ protected:
     QVariant loadResource(int type, const QUrl &name) override;
 
 private:
-    struct Picture {
-        QByteArray bytes;
-        QSize pixelSize;
+    struct Entry {
+        StoredPicture picture;
+        bool shown = false;
         mutable QByteArray png;
     };
-    QHash<QString, Picture> m_pictures;
+    QImage placeholder(const StoredPicture &picture) const;
+
+    QHash<QString, Entry> m_pictures;
 };

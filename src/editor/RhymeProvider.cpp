@@ -77,10 +77,12 @@ RhymeProvider defaultRhymeProvider()
 
 QString RhymeLookup::normalizedRhymeWord(const QString &text)
 {
-    const QString trimmed = text.trimmed();
+    // Composed first: a decomposed umlaut is a letter and a combining mark, and the mark
+    // would end the word.
+    const QString trimmed = text.trimmed().normalized(QString::NormalizationForm_C);
     QString word;
     for (const char32_t c : trimmed.toUcs4()) {
-        if (QChar::isLetter(c)) {
+        if (QChar::isLetter(c) || (!word.isEmpty() && QChar::isMark(c))) {
             word.append(QString::fromUcs4(&c, 1));
         } else if (!word.isEmpty()) {
             break;

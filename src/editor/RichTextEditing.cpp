@@ -5,9 +5,9 @@
 #include "editor/PoemTextDocument.h"
 #include "editor/WriterTypingAttributes.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextImageFormat>
@@ -239,26 +239,37 @@ void RichTextEditing::insertSectionMark(QTextCursor &cursor)
 
 Result<void> RichTextEditing::insertImage(QTextCursor &cursor, const QString &filePath, double textWidth)
 {
-    QImageReader reader(filePath);
-    reader.setAutoTransform(true);
-    const QImage image = reader.read();
-    if (image.isNull()) {
+    QString error;
+    auto picture = StoredPicture::fromFile(filePath, &error);
+    if (!picture) {
         return Error{QCoreApplication::translate("RichTextEditing", "„%1“ ist kein lesbares Bild (%2).")
-                         .arg(QFileInfo(filePath).fileName(), reader.errorString())};
+                         .arg(QFileInfo(filePath).fileName(), error)};
     }
-    return insertImage(cursor, image, textWidth);
+    return insertPicture(cursor, std::move(*picture), textWidth);
 }
 
 Result<void> RichTextEditing::insertImage(QTextCursor &cursor, const QImage &image, double textWidth)
 {
+    if (image.isNull())
+        return Error{QCoreApplication::translate("RichTextEditing", "Das Bild ist leer.")};
+    StoredPicture picture;
+    QBuffer buffer(&picture.bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!image.save(&buffer, "PNG"))
+        return Error{QCoreApplication::translate("RichTextEditing", "Das Bild ist leer.")};
+    picture.format = PictureFormat::png;
+    picture.naturalSize = image.size();
+    return insertPicture(cursor, std::move(picture), textWidth);
+}
+
+Result<void> RichTextEditing::insertPicture(QTextCursor &cursor, StoredPicture picture, double textWidth)
+{
     auto *document = qobject_cast<PoemTextDocument *>(cursor.document());
     if (!document)
         return Error{QCoreApplication::translate("RichTextEditing", "Der Text kann keine Bilder aufnehmen.")};
-    if (image.isNull())
-        return Error{QCoreApplication::translate("RichTextEditing", "Das Bild ist leer.")};
-    const QSizeF size = ImageSizing::forInsert(image.size(), textWidth);
+    const QSizeF size = ImageSizing::forInsert(picture.naturalSize, textWidth);
     QTextImageFormat format;
-    format.setName(document->addPicture(ImageSizing::forStorage(image)));
+    format.setName(document->addPicture(std::move(picture)));
     format.setWidth(size.width());
     format.setHeight(size.height());
     cursor.beginEditBlock();
@@ -306,7 +317,7 @@ bool RichTextEditing::resizeImage(QTextCursor &cursor, WriterImageSize size)
     QSizeF natural;
     if (const auto *pictures = qobject_cast<const PoemTextDocument *>(document);
         pictures && pictures->hasPicture(format.name())) {
-        natural = pictures->pictureSize(format.name());
+        natural = pictures->naturalSize(format.name());
     } else {
         natural = document->resource(QTextDocument::ImageResource, QUrl(format.name())).value<QImage>().size();
     }

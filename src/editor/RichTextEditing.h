@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archive/Result.h"
+#include "editor/StoredPicture.h"
 #include "editor/WriterImageSize.h"
 
 #include <QColor>
@@ -34,6 +35,8 @@ public:
     // textWidth: the editor's text width in points.
     static Result<void> insertImage(QTextCursor &cursor, const QString &filePath, double textWidth);
     static Result<void> insertImage(QTextCursor &cursor, const QImage &image, double textWidth);
+    // The picture in its stored bytes, shown fitted to the text width.
+    static Result<void> insertPicture(QTextCursor &cursor, StoredPicture picture, double textWidth);
     // The selected image, or the one next to the insertion point; false when there is none.
     static bool resizeImage(QTextCursor &cursor, WriterImageSize size);
     static std::optional<int> imagePosition(const QTextCursor &cursor);

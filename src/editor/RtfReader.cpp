@@ -2,11 +2,10 @@
 
 #include "archive/HexDigit.h"
 
+#include "editor/PictureFormats.h"
 #include "editor/PoemTextDocument.h"
 #include "editor/RtfCodePage.h"
 
-#include <QBuffer>
-#include <QImageReader>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextImageFormat>
@@ -21,15 +20,49 @@ namespace {
 constexpr int maxFonts = 4096;
 constexpr int maxColors = 4096;
 constexpr int maxPictures = 2000;
-constexpr int maxPictureSide = 20000;
-constexpr qint64 maxPicturePixels = 64LL * 1024 * 1024;
 constexpr double maxDisplaySide = 5000;
+// Where a picture that cannot be drawn names no size of its own.
+constexpr double placeholderWidth = 240;
+constexpr double placeholderHeight = 160;
 constexpr int maxNameLength = 1024;
 
 // A shape (how word processors place a picture) holds named properties; only its picture
-// property "pib" and its bounds matter here.
-enum class Destination { text, fontTable, colorTable, picture, attachment, shape, shapeName, shapeValue, skip };
-enum class PictureKind { unknown, png, jpeg, unsupported };
+// property "pib", its text box and its bounds matter here. Its result group is the same
+// shape drawn for older readers. \upr holds a text twice, in the code page and in Unicode.
+enum class Destination {
+    text,
+    fontTable,
+    colorTable,
+    picture,
+    attachment,
+    shape,
+    shapeName,
+    shapeValue,
+    shapeText,
+    shapeResult,
+    upr,
+    skip
+};
+
+// Text that mixes bytes of a code page with \uN characters, as names in tables do.
+struct MixedText {
+    QByteArray bytes;
+    QString text;
+
+    qsizetype size() const { return bytes.size() + text.size(); }
+    void appendCharacter(QChar c, RtfCodePage &page)
+    {
+        text.append(page.decode(bytes));
+        bytes.clear();
+        text.append(c);
+    }
+    QString decoded(RtfCodePage &page) const { return text + page.decode(bytes); }
+    void clear()
+    {
+        bytes.clear();
+        text.clear();
+    }
+};
 
 struct CharState {
     int font = -1; // -1: the default font
@@ -66,7 +99,8 @@ struct FontEntry {
 
 struct Picture {
     int level = -1;
-    PictureKind kind = PictureKind::unknown;
+    PictureFormat declared = PictureFormat::unknown;
+    QByteArray keyword;
     QByteArray bytes; // the first `length` bytes are the picture
     qsizetype length = 0;
     int highNibble = -1;
@@ -98,11 +132,12 @@ struct Shape {
     int right = 0;
     int bottom = 0;
     QByteArray property;
+    bool yielded = false; // a picture or a text box was read from it
 };
 
 struct Attachment {
     int level = -1;
-    QByteArray name;
+    MixedText name;
     int width = 0;
     int height = 0;
 };
@@ -214,6 +249,9 @@ const std::map<QByteArray, Destination> &destinationWords()
         {"shpinst", Destination::shape},
         {"sn", Destination::shapeName},
         {"sv", Destination::shapeValue},
+        {"shptxt", Destination::shapeText},
+        {"shprslt", Destination::shapeResult},
+        {"upr", Destination::upr},
     };
     return words;
 }
@@ -252,7 +290,8 @@ public:
         m_document.clear();
         m_cursor = QTextCursor(&m_document);
         m_cursor.beginEditBlock();
-        while (m_pos < m_size) {
+        // Whatever follows the document's closing brace is not part of it.
+        while (m_pos < m_size && !m_finished) {
             const uchar c = m_data[m_pos++];
             switch (c) {
             case '{':
@@ -314,14 +353,17 @@ private:
             finishPicture();
         if (m_attachment && m_attachment->level == level)
             finishAttachment();
-        if (m_shape && m_shape->level == level)
+        if (m_shape && m_shape->level == level) {
+            m_skipShapeResult = m_shape->yielded;
             m_shape.reset();
+        }
         if (m_state.destination == Destination::fontTable)
             finishFont();
         if (m_stack.empty())
             return;
         m_state = m_stack.back();
         m_stack.pop_back();
+        m_finished = m_stack.empty();
     }
 
     // Control words ----------------------------------------------------------------------
@@ -418,6 +460,11 @@ private:
         }
         if (m_state.destination == Destination::skip)
             return;
+        if (m_state.destination == Destination::upr) {
+            if (word == "ud")
+                m_state.destination = Destination::text;
+            return;
+        }
         if (const auto found = destinationWords().find(word); found != destinationWords().end()) {
             beginDestination(found->second);
             return;
@@ -446,9 +493,12 @@ private:
             return;
         case Destination::shapeName:
         case Destination::shapeValue:
+        case Destination::upr:
         case Destination::skip:
             return;
         case Destination::text:
+        case Destination::shapeText:
+        case Destination::shapeResult:
             break;
         }
         textWord(word, parameter);
@@ -486,7 +536,18 @@ private:
                 m_state.destination = Destination::skip;
                 return;
             }
+            m_skipShapeResult = false;
             break;
+        case Destination::shapeText:
+            if (m_shape)
+                m_shape->yielded = true;
+            m_state.destination = Destination::text;
+            return;
+        case Destination::shapeResult:
+            // The fallback drawing of a shape already read would show it twice.
+            m_state.destination = m_skipShapeResult ? Destination::skip : Destination::text;
+            m_skipShapeResult = false;
+            return;
         case Destination::shapeName:
         case Destination::shapeValue:
             if (!m_shape || m_state.destination == Destination::text) {
@@ -599,7 +660,7 @@ private:
             if (c == ';')
                 finishFont();
             else if (m_fontName.size() < maxNameLength)
-                m_fontName.append(char(c));
+                m_fontName.bytes.append(char(c));
             return;
         case Destination::colorTable:
             if (c == ';')
@@ -607,7 +668,7 @@ private:
             return;
         case Destination::attachment:
             if (m_attachment && m_attachment->name.size() < maxNameLength)
-                m_attachment->name.append(char(c));
+                m_attachment->name.bytes.append(char(c));
             return;
         case Destination::shapeName:
             if (m_shape && m_shape->property.size() < 64)
@@ -616,6 +677,9 @@ private:
         case Destination::picture:
         case Destination::shape:
         case Destination::shapeValue:
+        case Destination::shapeText:
+        case Destination::shapeResult:
+        case Destination::upr:
         case Destination::skip:
             return;
         }
@@ -643,11 +707,33 @@ private:
 
     void unicode(int value)
     {
-        const char16_t code = char16_t(value < 0 ? value + 65536 : value);
+        char16_t code = char16_t(value < 0 ? value + 65536 : value);
         m_skipCount = 0;
-        textCharacter(QChar(code));
+        switch (m_state.destination) {
+        case Destination::fontTable:
+            if (m_fontName.size() < maxNameLength)
+                m_fontName.appendCharacter(QChar(code), codePage(namePage(m_fontCodePage)));
+            break;
+        case Destination::attachment:
+            if (m_attachment && m_attachment->name.size() < maxNameLength)
+                m_attachment->name.appendCharacter(QChar(code), codePage(m_documentCodePage));
+            break;
+        default:
+            if (code == QChar::ParagraphSeparator) {
+                paragraph();
+                break;
+            }
+            // Word writes the Symbol font's characters into the private use area.
+            if (code >= 0xF020 && code <= 0xF0FF && codePageForText() == RtfCodePage::symbol)
+                code = RtfCodePage::symbolCharacter(uchar(code - 0xF000));
+            textCharacter(QChar(code));
+            break;
+        }
         m_skipCount = m_state.unicodeSkip;
     }
+
+    // Names are never written in the Symbol font's own encoding.
+    int namePage(int page) const { return page > 0 && page != RtfCodePage::symbol ? page : m_documentCodePage; }
 
     void binary(int length)
     {
@@ -810,9 +896,12 @@ private:
 
     void finishFont()
     {
-        if (m_fontNumber >= 0 && !m_fontName.isEmpty() && m_fonts.size() < size_t(maxFonts)) {
-            const int page = m_fontCodePage > 0 ? m_fontCodePage : m_documentCodePage;
-            m_fonts[m_fontNumber] = fontFromName(codePage(page).decode(m_fontName), m_fontCodePage);
+        if (m_fontNumber >= 0 && m_fontName.size() > 0 && m_fonts.size() < size_t(maxFonts)) {
+            FontEntry font = fontFromName(m_fontName.decoded(codePage(namePage(m_fontCodePage))), m_fontCodePage);
+            // Its characters become Unicode on reading; the font itself would only garble them.
+            if (m_fontCodePage == RtfCodePage::symbol)
+                font.family.clear();
+            m_fonts[m_fontNumber] = font;
         }
         m_fontName.clear();
         m_fontNumber = -1;
@@ -849,14 +938,17 @@ private:
         if (!m_picture)
             return;
         const int value = parameter.value_or(0);
-        if (word == "pngblip")
-            m_picture->kind = PictureKind::png;
-        else if (word == "jpegblip")
-            m_picture->kind = PictureKind::jpeg;
-        else if (word == "emfblip" || word == "wmetafile" || word == "macpict" || word == "pmmetafile" ||
-                 word == "dibitmap" || word == "wbitmap")
-            m_picture->kind = PictureKind::unsupported;
-        else if (word == "picw")
+        static const std::map<QByteArray, PictureFormat> kinds = {
+            {"pngblip", PictureFormat::png},     {"jpegblip", PictureFormat::jpeg},
+            {"emfblip", PictureFormat::emf},     {"wmetafile", PictureFormat::wmf},
+            {"dibitmap", PictureFormat::dib},    {"wbitmap", PictureFormat::unknown},
+            {"macpict", PictureFormat::unknown}, {"pmmetafile", PictureFormat::unknown},
+        };
+        if (const auto kind = kinds.find(word); kind != kinds.end()) {
+            m_picture->declared = kind->second;
+            // Kept as declared, so a picture the program cannot draw goes back out the same.
+            m_picture->keyword = parameter ? word + QByteArray::number(*parameter) : word;
+        } else if (word == "picw")
             m_picture->pixelWidth = qBound(0, value, 1 << 24);
         else if (word == "pich")
             m_picture->pixelHeight = qBound(0, value, 1 << 24);
@@ -906,95 +998,71 @@ private:
         }
     }
 
-    static PictureKind sniff(const QByteArray &bytes)
-    {
-        if (bytes.startsWith("\x89PNG"))
-            return PictureKind::png;
-        if (bytes.startsWith("\xFF\xD8\xFF"))
-            return PictureKind::jpeg;
-        if (bytes.startsWith("GIF8"))
-            return PictureKind::png; // read like any other bitmap Qt knows
-        return PictureKind::unsupported;
-    }
-
-    // The pixel size, read from the header only; nothing when the data is no usable image.
-    static std::optional<QSize> imageSize(const QByteArray &bytes)
-    {
-        const auto usable = [](QSize size) -> std::optional<QSize> {
-            if (!size.isValid() || size.isEmpty() || size.width() > maxPictureSide || size.height() > maxPictureSide ||
-                qint64(size.width()) * size.height() > maxPicturePixels)
-                return std::nullopt;
-            return size;
-        };
-        // A PNG names its size in its first chunk; no need to start a decoder for it.
-        if (bytes.startsWith("\x89PNG\r\n\x1a\n")) {
-            if (bytes.size() < 33 || bytes.mid(12, 4) != "IHDR")
-                return std::nullopt;
-            const auto *p = reinterpret_cast<const uchar *>(bytes.constData());
-            const auto bigEndian = [p](int at) {
-                return (quint32(p[at]) << 24) | (quint32(p[at + 1]) << 16) | (quint32(p[at + 2]) << 8) | p[at + 3];
-            };
-            const quint32 width = bigEndian(16);
-            const quint32 height = bigEndian(20);
-            if (width > quint32(maxPictureSide) || height > quint32(maxPictureSide))
-                return std::nullopt;
-            return usable(QSize(int(width), int(height)));
-        }
-        const char *format = bytes.startsWith("\xFF\xD8\xFF") ? "jpeg" : bytes.startsWith("GIF8") ? "gif" : nullptr;
-        if (!format)
-            return std::nullopt;
-        QBuffer buffer;
-        buffer.setData(bytes);
-        buffer.open(QIODevice::ReadOnly);
-        QImageReader reader(&buffer, format);
-        reader.setAutoDetectImageFormat(false);
-        return usable(reader.size());
-    }
-
-    // A picture group belongs to the text around it, one level up.
-    void insertPicture(const QByteArray &bytes, QSize pixels, double width, double height)
+    // A picture group belongs to the text around it, one level up. Pictures the program
+    // cannot draw are kept all the same, at the size they were placed at.
+    void insertPicture(StoredPicture picture, QSizeF shown)
     {
         const Destination around = m_stack.empty() ? Destination::text : m_stack.back().destination;
-        if (around == Destination::skip)
+        if (around == Destination::skip || around == Destination::upr)
             return;
-        if (!(width > 0) || !(height > 0)) {
-            width = pixels.width();
-            height = pixels.height();
-        }
+        if (!(shown.width() > 0) || !(shown.height() > 0))
+            shown = picture.naturalSize;
+        if (!(shown.width() > 0) || !(shown.height() > 0))
+            shown = QSizeF(placeholderWidth, placeholderHeight);
+        if (!(picture.naturalSize.width() > 0) || !(picture.naturalSize.height() > 0))
+            picture.naturalSize = shown;
         QTextImageFormat format;
-        format.setName(m_document.addPicture(bytes, pixels));
-        format.setWidth(qBound(1.0, width, maxDisplaySide));
-        format.setHeight(qBound(1.0, height, maxDisplaySide));
+        format.setName(m_document.addPicture(std::move(picture)));
+        format.setWidth(qBound(1.0, shown.width(), maxDisplaySide));
+        format.setHeight(qBound(1.0, shown.height(), maxDisplaySide));
         ++m_pictureCount;
+        if (m_shape)
+            m_shape->yielded = true;
         m_cursor.insertImage(format);
         m_paragraphJustOpened = false;
     }
 
+    // The size a \pict group places its picture at, in points; empty when it names none.
+    QSizeF shownSize(const Picture &picture, std::optional<QSize> pixels) const
+    {
+        if (picture.goalWidth > 0) {
+            const double width = picture.goalWidth / 20.0 * picture.scaleX / 100.0;
+            if (picture.goalHeight > 0)
+                return QSizeF(width, picture.goalHeight / 20.0 * picture.scaleY / 100.0);
+            if (pixels)
+                return QSizeF(width, width * pixels->height() / pixels->width());
+        }
+        if (m_shape && m_shape->right > m_shape->left && m_shape->bottom > m_shape->top)
+            return QSizeF((m_shape->right - m_shape->left) / 20.0, (m_shape->bottom - m_shape->top) / 20.0);
+        if (pixels)
+            return QSizeF(pixels->width() * picture.scaleX / 100.0, pixels->height() * picture.scaleY / 100.0);
+        // Metafiles give their extent in hundredths of a millimetre.
+        const bool metafile = picture.declared == PictureFormat::wmf || picture.declared == PictureFormat::emf;
+        const double unit = metafile ? 72.0 / 2540.0 : 1.0;
+        return QSizeF(picture.pixelWidth * unit * picture.scaleX / 100.0,
+                      picture.pixelHeight * unit * picture.scaleY / 100.0);
+    }
+
     void finishPicture()
     {
-        Picture picture = std::move(*m_picture);
+        Picture read = std::move(*m_picture);
         m_picture.reset();
-        picture.bytes.truncate(picture.length);
-        const PictureKind kind = picture.kind == PictureKind::unknown ? sniff(picture.bytes) : picture.kind;
-        if (kind == PictureKind::unsupported || picture.bytes.isEmpty())
+        read.bytes.truncate(read.length);
+        if (read.bytes.isEmpty())
             return;
-        const auto pixels = imageSize(picture.bytes);
-        if (!pixels)
-            return;
-        double width = 0;
-        double height = 0;
-        if (picture.goalWidth > 0) {
-            width = picture.goalWidth / 20.0 * picture.scaleX / 100.0;
-            height = picture.goalHeight > 0 ? picture.goalHeight / 20.0 * picture.scaleY / 100.0
-                                            : width * pixels->height() / pixels->width();
-        } else if (m_shape && m_shape->right > m_shape->left && m_shape->bottom > m_shape->top) {
-            width = (m_shape->right - m_shape->left) / 20.0;
-            height = (m_shape->bottom - m_shape->top) / 20.0;
-        } else {
-            width = pixels->width() * picture.scaleX / 100.0;
-            height = pixels->height() * picture.scaleY / 100.0;
-        }
-        insertPicture(picture.bytes, *pixels, width, height);
+        StoredPicture picture;
+        // The bytes say what they are; some writers declare a JPEG as \pngblip.
+        const PictureFormat sniffed = PictureFormats::sniff(read.bytes);
+        picture.format = sniffed != PictureFormat::unknown ? sniffed : read.declared;
+        const auto pixels = PictureFormats::pixelSize(read.bytes, picture.format);
+        const QSizeF shown = shownSize(read, pixels);
+        if (pixels)
+            picture.naturalSize = QSizeF(*pixels);
+        if (read.declared == picture.format || picture.format == PictureFormat::unknown)
+            picture.pictKeyword = read.keyword;
+        picture.pictExtent = QSize(read.pixelWidth, read.pixelHeight);
+        picture.bytes = std::move(read.bytes);
+        insertPicture(std::move(picture), shown);
     }
 
     void shapeWord(const QByteArray &word, int value)
@@ -1029,14 +1097,17 @@ private:
         Attachment attachment = std::move(*m_attachment);
         m_attachment.reset();
         m_swallowAttachmentMark = true;
-        const QString name = codePage(m_documentCodePage).decode(attachment.name).trimmed();
+        const QString name = attachment.name.decoded(codePage(m_documentCodePage)).trimmed();
         const auto found = m_attachments.constFind(name);
-        if (found == m_attachments.constEnd() || m_pictureCount >= maxPictures)
+        if (found == m_attachments.constEnd() || found->isEmpty() || m_pictureCount >= maxPictures)
             return;
-        const auto pixels = imageSize(*found);
-        if (!pixels)
-            return;
-        insertPicture(*found, *pixels, attachment.width / 20.0, attachment.height / 20.0);
+        StoredPicture picture;
+        picture.bytes = *found;
+        picture.format = PictureFormats::sniff(*found);
+        picture.fileName = name;
+        if (const auto pixels = PictureFormats::pixelSize(*found, picture.format))
+            picture.naturalSize = QSizeF(*pixels);
+        insertPicture(std::move(picture), QSizeF(attachment.width / 20.0, attachment.height / 20.0));
     }
 
     const uchar *m_data;
@@ -1053,6 +1124,8 @@ private:
     int m_skipCount = 0;
     bool m_swallowAttachmentMark = false;
     bool m_paragraphJustOpened = false;
+    bool m_finished = false;
+    bool m_skipShapeResult = false;
 
     int m_documentCodePage = 1252;
     int m_defaultFont = 0;
@@ -1063,7 +1136,7 @@ private:
     std::map<int, FontEntry> m_fonts;
     int m_fontNumber = -1;
     int m_fontCodePage = 0;
-    QByteArray m_fontName;
+    MixedText m_fontName;
 
     QList<QColor> m_colors;
     bool m_colorGiven = false;

@@ -8,8 +8,10 @@ class PoemTextDocument;
 
 // Reads RTF into a poem body: what this program writes, and what word processors write
 // (code pages through \'xx, \ucN, font and colour tables, \par and \line, ignorable
-// destinations, PNG and JPEG pictures). Attachments of an RTFD container are looked up by
-// the file names the text refers to. Everything outside the poem text model is dropped.
+// destinations, shapes, pictures of every kind). Attachments of an RTFD container are looked
+// up by the file names the text refers to. Pictures the program cannot draw are kept as they
+// are; everything else outside the poem text model is dropped, and so is anything after
+// the document's closing brace.
 //
 // Arbitrary bytes never crash or hang the reader: groups nest at most maxGroupDepth deep
 // (deeper ones are skipped), tables and pictures are bounded, and the work is linear in

@@ -1,11 +1,13 @@
 #include "editor/RtfWriter.h"
 
 #include "editor/PoemTextDocument.h"
+#include "editor/RtfdContainer.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QHash>
 #include <QImage>
+#include <QSet>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextFragment>
@@ -75,7 +77,9 @@ public:
             m_out += "\\par\n";
         }
         m_out += "}\n";
-        return m_out;
+        if (m_attachments.isEmpty())
+            return m_out;
+        return RtfdContainer::write(m_out, m_attachments);
     }
 
 private:
@@ -217,44 +221,73 @@ private:
         return {};
     }
 
-    std::optional<QByteArray> pictureBytes(const QString &name, QSize *pixelSize) const
+    // A picture of a plain QTextDocument (pasted HTML): only its pixels are known.
+    std::optional<StoredPicture> resourcePicture(const QString &name) const
     {
-        if (m_pictures && m_pictures->hasPicture(name)) {
-            *pixelSize = m_pictures->pictureSize(name);
-            return m_pictures->pngData(name);
-        }
-        const QVariant resource = m_document.resource(QTextDocument::ImageResource, QUrl(name));
-        const QImage image = resource.value<QImage>();
+        const QImage image = m_document.resource(QTextDocument::ImageResource, QUrl(name)).value<QImage>();
         if (image.isNull())
             return std::nullopt;
-        *pixelSize = image.size();
-        QByteArray png;
-        QBuffer buffer(&png);
+        StoredPicture picture;
+        QBuffer buffer(&picture.bytes);
         buffer.open(QIODevice::WriteOnly);
         if (!image.save(&buffer, "PNG"))
             return std::nullopt;
-        return png;
+        picture.format = PictureFormat::png;
+        picture.naturalSize = image.size();
+        return picture;
     }
 
     Result<void> writePicture(const QTextImageFormat &format)
     {
-        QSize pixels;
-        const auto png = pictureBytes(format.name(), &pixels);
-        if (!png) {
+        std::optional<StoredPicture> picture =
+            m_pictures ? m_pictures->picture(format.name()) : std::optional<StoredPicture>();
+        if (!picture)
+            picture = resourcePicture(format.name());
+        if (!picture) {
             return Error{
                 QCoreApplication::translate("PoemRichText", "Ein Bild des Gedichts konnte nicht gelesen werden.")};
         }
-        const double width = format.width() > 0 ? format.width() : pixels.width();
-        const double height = format.height() > 0 ? format.height() : pixels.height();
-        m_out += "{\\pict\\pngblip\\picw" + QByteArray::number(pixels.width()) + "\\pich" +
-                 QByteArray::number(pixels.height()) + "\\picwgoal" + QByteArray::number(twips(width)) + "\\pichgoal" +
+        const double width = format.width() > 0 ? format.width() : picture->naturalSize.width();
+        const double height = format.height() > 0 ? format.height() : picture->naturalSize.height();
+        if (picture->travelsAsAttachment()) {
+            m_out += "{{\\NeXTGraphic ";
+            appendText(attachmentName(format.name(), *picture), true);
+            m_out += " \\width" + QByteArray::number(twips(width)) + " \\height" + QByteArray::number(twips(height)) +
+                     "}\\'ac}";
+            return {};
+        }
+        const QByteArray keyword =
+            picture->pictKeyword.isEmpty() ? PictureFormats::pictKeyword(picture->format) : picture->pictKeyword;
+        const QSize extent = picture->pictExtent.isEmpty() ? picture->naturalSize.toSize() : picture->pictExtent;
+        m_out += "{\\pict\\" + keyword + "\\picw" + QByteArray::number(extent.width()) + "\\pich" +
+                 QByteArray::number(extent.height()) + "\\picwgoal" + QByteArray::number(twips(width)) + "\\pichgoal" +
                  QByteArray::number(twips(height));
         // Raw bytes (\binN) rather than hex digits: half the size, and every edit stores
         // the whole text again. Word processors read both.
-        m_out += "\\bin" + QByteArray::number(png->size()) + ' ';
-        m_out += *png;
+        m_out += "\\bin" + QByteArray::number(picture->bytes.size()) + ' ';
+        m_out += picture->bytes;
         m_out += "}";
         return {};
+    }
+
+    // One file per picture, under the name it came with where that is still free.
+    QString attachmentName(const QString &pictureName, const StoredPicture &picture)
+    {
+        if (const auto known = m_attachmentNames.constFind(pictureName); known != m_attachmentNames.constEnd())
+            return *known;
+        QString base = picture.fileName;
+        if (base.isEmpty())
+            base = QStringLiteral("Bild.") + PictureFormats::fileExtension(picture.format);
+        QString name = base;
+        const qsizetype dot = base.lastIndexOf(QLatin1Char('.'));
+        for (int i = 2; m_usedFileNames.contains(name); ++i) {
+            name = dot > 0 ? base.left(dot) + QLatin1Char(' ') + QString::number(i) + base.mid(dot)
+                           : base + QLatin1Char(' ') + QString::number(i);
+        }
+        m_usedFileNames.insert(name);
+        m_attachmentNames.insert(pictureName, name);
+        m_attachments.append({name, picture.bytes});
+        return name;
     }
 
     void appendText(const QString &text, bool inTable)
@@ -289,6 +322,9 @@ private:
     QList<QRgb> m_colors;
     QHash<QRgb, int> m_colorIndex;
     QByteArray m_out;
+    QHash<QString, QString> m_attachmentNames;
+    QSet<QString> m_usedFileNames;
+    QList<QPair<QString, QByteArray>> m_attachments;
 };
 
 } // namespace

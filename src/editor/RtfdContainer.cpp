@@ -146,3 +146,26 @@ std::optional<RtfdContents> RtfdContainer::read(const QByteArray &bytes)
         return contents;
     return readBySignatures(bytes);
 }
+
+QByteArray RtfdContainer::write(const QByteArray &rtf, const QList<QPair<QString, QByteArray>> &attachments)
+{
+    QList<QPair<QByteArray, QByteArray>> entries{{textEntryName.toUtf8(), rtf}};
+    for (const auto &attachment : attachments)
+        entries.append({attachment.first.toUtf8(), attachment.second});
+    QByteArray out("rtfd");
+    const auto append32 = [&out](quint64 value) {
+        for (int i = 0; i < 4; ++i)
+            out.append(char((value >> (8 * i)) & 0xFF));
+    };
+    append32(0);
+    append32(quint64(entries.size()));
+    for (const auto &entry : std::as_const(entries)) {
+        append32(quint64(entry.first.size()));
+        out.append(entry.first);
+    }
+    for (const auto &entry : std::as_const(entries)) {
+        append32(quint64(entry.second.size()));
+        out.append(entry.second);
+    }
+    return out;
+}

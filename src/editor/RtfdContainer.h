@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QList>
+#include <QPair>
 #include <QString>
 
 #include <optional>
@@ -19,4 +21,6 @@ class RtfdContainer {
 public:
     static bool looksLikeRtfd(const QByteArray &bytes);
     static std::optional<RtfdContents> read(const QByteArray &bytes);
+    // The stream read() reads first: header, entry count, the names, then the files.
+    static QByteArray write(const QByteArray &rtf, const QList<QPair<QString, QByteArray>> &attachments);
 };

@@ -296,6 +296,15 @@ private Q_SLOTS:
         QVERIFY(view()->isReadOnly());
         QTest::keyClicks(view(), QStringLiteral("x"));
         QVERIFY(!empty->text());
+        // The placeholder is no text of the poem.
+        QCOMPARE(m_pane->stats(), WritingStats());
+
+        // A trashed poem's counts come from its plain text, not from what the view shows.
+        PoemPtr written = addPoem(QStringLiteral("Eins zwei\ndrei"),
+                                  PoemRichText::encodePlainText(QStringLiteral("Eins zwei drei vier")).value());
+        m_pane->setPoem(written);
+        QCOMPARE(m_pane->stats().words, 3);
+        QCOMPARE(m_pane->stats().lines, 2);
     }
 
     void rhymesUseTheWordAtTheCursorAndEveryProvider()

@@ -190,6 +190,8 @@ private Q_SLOTS:
         QTest::newRow("first run of letters") << QStringLiteral("„März“ und Scherz") << QStringLiteral("März");
         QTest::newRow("apostrophe ends the word") << QStringLiteral("geht's") << QStringLiteral("geht");
         QTest::newRow("no letters") << QStringLiteral(" 2026 — ") << QString();
+        QTest::newRow("decomposed umlaut") << QStringLiteral("u\u0308ber,") << QStringLiteral("\u00FCber");
+        QTest::newRow("mark without a composed form") << QStringLiteral("q\u0308e!") << QStringLiteral("q\u0308e");
     }
 
     void rhymeWord()

@@ -402,7 +402,14 @@ void PoemEditorPane::setSaveStatus(const QString &status)
 
 void PoemEditorPane::updateStats()
 {
-    m_stats = m_poem ? WritingStats::of(PoemRichText::plainText(*m_view->document())) : WritingStats();
+    if (!m_poem) {
+        m_stats = WritingStats();
+    } else if (m_editable) {
+        m_stats = WritingStats::of(PoemRichText::plainText(*m_view->document()));
+    } else {
+        // The read-only view may show a placeholder, which is no part of the poem.
+        m_stats = WritingStats::of(m_poem->text().value_or(QString()));
+    }
     m_statsBar->setStats(m_stats);
 }
 

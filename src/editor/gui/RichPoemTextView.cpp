@@ -5,6 +5,7 @@
 #include "editor/PoemTextDocument.h"
 #include "editor/PoemTextHighlighter.h"
 #include "editor/RichTextEditing.h"
+#include "editor/RtfdContainer.h"
 #include "editor/SpellChecker.h"
 #include "editor/TextFinder.h"
 #include "editor/WriterTypingAttributes.h"
@@ -22,9 +23,13 @@
 namespace {
 
 const QString rtfMimeTypes[] = {QStringLiteral("text/rtf"), QStringLiteral("application/rtf")};
+// The stored form, also when it is an RTFD stream, which other programs would take for RTF.
+const QString ownMimeType = QStringLiteral("application/x-odeleaf-richtext");
 
 QByteArray rtfOf(const QMimeData *source)
 {
+    if (source->hasFormat(ownMimeType))
+        return source->data(ownMimeType);
     for (const QString &type : rtfMimeTypes) {
         if (source->hasFormat(type))
             return source->data(type);
@@ -441,8 +446,11 @@ QMimeData *RichPoemTextView::createMimeDataFromSelection() const
     copy->adoptPictures(*poemDocument());
     QTextCursor(copy.get()).insertFragment(textCursor().selection());
     if (const auto rtf = PoemRichText::encode(*copy); rtf.ok()) {
-        for (const QString &type : rtfMimeTypes)
-            data->setData(type, *rtf);
+        data->setData(ownMimeType, *rtf);
+        if (!RtfdContainer::looksLikeRtfd(*rtf)) {
+            for (const QString &type : rtfMimeTypes)
+                data->setData(type, *rtf);
+        }
     }
     return data;
 }
