@@ -17,6 +17,7 @@
 #include "archive/ArchiveContext.h"
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
+#include "export/gui/PoemExportActions.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -139,6 +140,7 @@ void MainWindow::buildColumns()
     connect(m_detail, &PoemDetailView::leaveWriterModeRequested, this, [this] { setWriterMode(false); });
     connect(m_detail, &PoemDetailView::writerModeRequested, this, &MainWindow::setWriterMode);
     connect(m_detail, &PoemDetailView::statusMessage, this, &MainWindow::setStatus);
+    connect(m_detail, &PoemDetailView::fileWritten, this, &MainWindow::setLastWrittenFile);
 }
 
 void MainWindow::buildActions()
@@ -196,6 +198,8 @@ void MainWindow::buildMenus()
     m_fileMenu->addAction(m_trashAction);
     m_fileMenu->addSeparator();
     m_fileMenu->addAction(m_openTrashAction);
+    m_fileMenu->addSeparator();
+    addExportMenu();
     m_fileMenu->addSeparator();
     QAction *quit = m_fileMenu->addAction(tr("Beenden"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -396,6 +400,7 @@ void MainWindow::updateActionStates()
     const bool hasPoem = m_detail->poem() != nullptr;
     m_duplicateAction->setEnabled(hasPoem);
     m_trashAction->setEnabled(hasPoem);
+    m_detail->exportActions()->setEnabled(hasPoem);
 }
 
 void MainWindow::newPoem()
@@ -533,4 +538,12 @@ void MainWindow::closeEvent(QCloseEvent *event)
         return;
     }
     event->accept();
+}
+
+void MainWindow::addExportMenu()
+{
+    const PoemExportActions *exports = m_detail->exportActions();
+    m_fileMenu->addMenu(exports->exportMenu());
+    m_fileMenu->addAction(exports->printAction());
+    m_fileMenu->addAction(exports->previewAction());
 }

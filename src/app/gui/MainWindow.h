@@ -90,6 +90,7 @@ private:
     void buildColumns();
     void buildActions();
     void buildMenus();
+    void addExportMenu();
     void buildToolBar();
     void runStartSequence();
     void showRows();
