@@ -141,6 +141,10 @@ std::unique_ptr<PoemTextDocument> PDFExporter::makeAttributedText(const ExportDo
         page->adoptPictures(*document.richText);
         cursor.insertBlock(body, bodyChars);
         cursor.insertFragment(QTextDocumentFragment(document.richText.get()));
+        // The first rich paragraph lands in the paragraph opened above; it keeps its own
+        // alignment and spacing all the same.
+        QTextCursor first(page->findBlockByNumber(firstBodyBlock));
+        first.setBlockFormat(document.richText->firstBlock().blockFormat());
         normalizeRichBody(*page, firstBodyBlock, fontName);
         return page;
     }

@@ -2,6 +2,10 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTextCursor>
+#include <QTextImageFormat>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QTextBlock>
@@ -44,6 +48,33 @@ std::vector<double> pageStarts(const QTextDocument &document, double pageHeight,
     return starts;
 }
 
+// The text layout scales picture sizes from the screen's resolution to the device's, while
+// the document gives them in points like its fonts; this undoes that scaling.
+void sizePicturesInPoints(QTextDocument &document)
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const double scaleX = (screen ? qRound(screen->logicalDotsPerInchX()) : 96) / 72.0;
+    const double scaleY = (screen ? qRound(screen->logicalDotsPerInchY()) : 96) / 72.0;
+    QTextCursor cursor(&document);
+    cursor.beginEditBlock();
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (!fragment.charFormat().isImageFormat())
+                continue;
+            QTextImageFormat image = fragment.charFormat().toImageFormat();
+            if (image.width() > 0)
+                image.setWidth(image.width() * scaleX);
+            if (image.height() > 0)
+                image.setHeight(image.height() * scaleY);
+            cursor.setPosition(fragment.position());
+            cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
+            cursor.setCharFormat(image);
+        }
+    }
+    cursor.endEditBlock();
+}
+
 } // namespace
 
 QRectF PdfPageLayout::footerLogoRect(QSizeF logoSize)
@@ -76,6 +107,7 @@ Result<void> PdfPageLayout::write(QTextDocument &document, QIODevice &device, co
     writer.setCreator(QStringLiteral("OdeLeaf"));
 
     const QRectF text = textRect();
+    sizePicturesInPoints(document);
     document.documentLayout()->setPaintDevice(&writer);
     document.setDocumentMargin(0);
     document.setPageSize(text.size());

@@ -28,7 +28,8 @@ public:
     // Empty for a logo without a positive size.
     static QRectF footerLogoRect(QSizeF logoSize);
 
-    // Writes the document as PDF; the layout of the document is changed to the page's.
+    // Writes the document as PDF. The document is laid out for the page (its picture sizes,
+    // given in points, are adjusted for that), so pass one made for printing.
     // "PDF konnte nicht erstellt werden." when no PDF can be drawn.
     static Result<void> write(QTextDocument &document, QIODevice &device, const QString &title, const QImage &logo);
     static Result<QByteArray> pdf(QTextDocument &document, const QString &title, const QImage &logo);

@@ -113,6 +113,9 @@ private Q_SLOTS:
     {
         auto rich = std::make_shared<PoemTextDocument>();
         QTextCursor cursor(rich.get());
+        QTextBlockFormat centred;
+        centred.setAlignment(Qt::AlignHCenter);
+        cursor.setBlockFormat(centred);
         QTextCharFormat editor;
         editor.setFontPointSize(17);
         cursor.insertText(QStringLiteral("ohne Farbe"), editor);
@@ -139,6 +142,7 @@ private Q_SLOTS:
         QCOMPARE(title.blockFormat().bottomMargin(), 18.0);
 
         const QTextBlock body = title.next();
+        QCOMPARE(body.blockFormat().alignment() & Qt::AlignHorizontal_Mask, Qt::AlignHCenter);
         auto it = body.begin();
         const QTextCharFormat plain = it.fragment().charFormat();
         QCOMPARE(plain.fontPointSize(), 12.5);
@@ -152,6 +156,42 @@ private Q_SLOTS:
         QVERIFY(fitted.isValid());
         QCOMPARE(fitted.width(), PdfPageLayout::textRect().width());
         QVERIFY(page->hasPicture(fitted.name()));
+    }
+
+    void picturesKeepTheirSizeInPoints()
+    {
+        auto rich = std::make_shared<PoemTextDocument>();
+        QTextCursor cursor(rich.get());
+        QImage picture(400, 200, QImage::Format_RGB32);
+        picture.fill(QColor(0, 0, 255));
+        QTextImageFormat image;
+        image.setName(rich->addPicture(picture));
+        image.setWidth(200);
+        image.setHeight(100);
+        cursor.insertImage(image);
+        ExportDocument document;
+        document.title = QStringLiteral("Bild");
+        document.richText = rich;
+
+        const auto pdf = PDFExporter::data(document);
+        QVERIFY(pdf.ok());
+        const auto loaded = load(*pdf);
+        QVERIFY(loaded);
+        const QImage page = loaded->page(0)->renderToImage(72, 72);
+        int widest = 0;
+        int rows = 0;
+        for (int y = 0; y < page.height(); ++y) {
+            int blue = 0;
+            for (int x = 0; x < page.width(); ++x)
+            {
+                const QColor c = page.pixelColor(x, y);
+                blue += c.blue() > 180 && c.red() < 80 && c.green() < 80 ? 1 : 0;
+            }
+            widest = std::max(widest, blue);
+            rows += blue > 0 ? 1 : 0;
+        }
+        QVERIFY2(qAbs(widest - 200) <= 2, qPrintable(QString::number(widest)));
+        QVERIFY2(qAbs(rows - 100) <= 2, qPrintable(QString::number(rows)));
     }
 };
 
