@@ -71,6 +71,7 @@ public:
 
     LibrarySidebar *sidebar() const { return m_sidebar; }
     PoemListPane *listPane() const { return m_listPane; }
+    PoemDetailView *detail() const { return m_detail; }
     PoemDetailView *detailView() const { return m_detail; }
 
 Q_SIGNALS:
