@@ -3,13 +3,13 @@
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QGuiApplication>
-#include <QScreen>
-#include <QTextCursor>
-#include <QTextImageFormat>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QScreen>
 #include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
+#include <QTextImageFormat>
 #include <QTextLayout>
 
 #include <algorithm>

@@ -50,9 +50,7 @@ QStringList PoemExport::metaLines(const Poem &poem)
 ExportDocument PoemExport::document(const Poem &poem)
 {
     ExportDocument document;
-    document.title = poem.title().value_or(QString()).trimmed();
-    if (document.title.isEmpty())
-        document.title = tr("(ohne Titel)");
+    document.title = displayTitle(poem);
     document.metaLines = metaLines(poem);
     document.plainText = poem.text().value_or(QString());
     if (poem.richTextData())
@@ -60,14 +58,19 @@ ExportDocument PoemExport::document(const Poem &poem)
     return document;
 }
 
-QString PoemExport::textContent(const Poem &poem)
+QString PoemExport::displayTitle(const Poem &poem)
 {
     const QString title = poem.title().value_or(QString()).trimmed();
+    return title.isEmpty() ? tr("(ohne Titel)") : title;
+}
+
+QString PoemExport::textContent(const Poem &poem)
+{
     const QString date = dateText(poem);
     const QString category = trimmedCategory(poem);
     const QString text = poem.text().value_or(QString()).trimmed();
     const QStringList lines{
-        title.isEmpty() ? tr("(ohne Titel)") : title,
+        displayTitle(poem),
         labelled(tr("Datum"), date.isEmpty() ? tr("unbekannt") : date),
         labelled(tr("Kategorie"), category.isEmpty() ? QStringLiteral("—") : category),
         labelled(tr("Veröffentlicht"), yesNo(poem.isPublished())),

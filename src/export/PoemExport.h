@@ -15,6 +15,8 @@ class PoemExport {
 
 public:
     static ExportDocument document(const Poem &poem);
+    // The trimmed title, or "(ohne Titel)".
+    static QString displayTitle(const Poem &poem);
     static QStringList metaLines(const Poem &poem);
     static QString textContent(const Poem &poem);
     // The title made safe as a file name, with the format's extension.

@@ -104,38 +104,38 @@ void PoemExportActions::exportTo(ExportFormat format, const QString &path)
         Q_EMIT fileWritten(path);
 }
 
-void PoemExportActions::print()
+std::optional<PoemExportActions::PrintablePoem> PoemExportActions::printablePoem(const QString &failureText)
 {
     const PoemPtr poem = m_currentPoem();
     if (!poem)
-        return;
+        return std::nullopt;
     const auto pdf = [&] {
         BusyCursor busy;
         return PoemExport::temporaryPdf(*poem);
     }();
     if (!pdf) {
-        Q_EMIT statusMessage(PrintHelper::tr("Drucken fehlgeschlagen: %1").arg(pdf.errorMessage()));
-        return;
+        Q_EMIT statusMessage(failureText.arg(pdf.errorMessage()));
+        return std::nullopt;
     }
-    const auto printed = PrintHelper::printPDF(*pdf, PoemExport::document(*poem).title, m_window);
+    return PrintablePoem{*pdf, PoemExport::displayTitle(*poem)};
+}
+
+void PoemExportActions::print()
+{
+    const auto printable = printablePoem(PrintHelper::tr("Drucken fehlgeschlagen: %1"));
+    if (!printable)
+        return;
+    const auto printed = PrintHelper::printPDF(printable->pdfPath, printable->title, m_window);
     if (!printed)
         Q_EMIT statusMessage(printed.errorMessage());
 }
 
 void PoemExportActions::showPreview()
 {
-    const PoemPtr poem = m_currentPoem();
-    if (!poem)
+    const auto printable = printablePoem(tr("Druckvorschau fehlgeschlagen: %1"));
+    if (!printable)
         return;
-    const auto pdf = [&] {
-        BusyCursor busy;
-        return PoemExport::temporaryPdf(*poem);
-    }();
-    if (!pdf) {
-        Q_EMIT statusMessage(tr("Druckvorschau fehlgeschlagen: %1").arg(pdf.errorMessage()));
-        return;
-    }
-    auto *window = new PrintPreviewWindow(*pdf, PoemExport::document(*poem).title, m_window);
+    auto *window = new PrintPreviewWindow(printable->pdfPath, printable->title, m_window);
     if (!window->isLoaded()) {
         delete window;
         Q_EMIT statusMessage(

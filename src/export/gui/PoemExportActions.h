@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 
 class QAction;
 class QMenu;
@@ -39,6 +40,12 @@ Q_SIGNALS:
     void fileWritten(const QString &path);
 
 private:
+    struct PrintablePoem {
+        QString pdfPath;
+        QString title;
+    };
+    // The shown poem as a temporary PDF; a failure is reported with failureText ("…: %1").
+    std::optional<PrintablePoem> printablePoem(const QString &failureText);
     QString askForDestination(const Poem &poem, ExportFormat format) const;
 
     PoemSource m_currentPoem;
