@@ -19,6 +19,9 @@
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
 #include "import/gui/CSVImportActions.h"
+#include "export/PoemExport.h"
+#include "export/gui/PoemExportActions.h"
+#include "export/gui/PrintPreviewWindow.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -28,6 +31,7 @@
 #include <QKeyEvent>
 #include <QLibraryInfo>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QTimer>
 #include <QTranslator>
@@ -171,8 +175,23 @@ int main(int argc, char **argv)
                 dialog = std::make_unique<PrivacyNoticeDialog>(&window);
             else if (state == QLatin1String("feedback"))
                 dialog = std::make_unique<FeedbackDialog>(&window);
+            else if (state == QLatin1String("preview") && window.detail()->poem()) {
+                if (const auto pdf = PoemExport::temporaryPdf(*window.detail()->poem()))
+                    dialog = std::make_unique<PrintPreviewWindow>(*pdf, QStringLiteral("Vorschau"), &window);
+            }
+            if (state == QLatin1String("export")) {
+                QMenu *menu = window.detail()->exportActions()->exportMenu();
+                menu->popup(window.mapToGlobal(QPoint(400, 300)));
+                QApplication::processEvents();
+                picture = menu->grab();
+            }
             if (dialog) {
                 dialog->show();
+                // The PDF view renders its pages in the background.
+                QElapsedTimer settle;
+                settle.start();
+                while (settle.elapsed() < (state == QLatin1String("preview") ? 1500 : 0))
+                    QApplication::processEvents(QEventLoop::AllEvents, 50);
                 QApplication::processEvents();
                 picture = dialog->grab();
             }

@@ -433,6 +433,33 @@
     </message>
 </context>
 <context>
+    <name>ExportFormat</name>
+    <message>
+        <source>PDF: Druckfertig</source>
+        <translation>PDF: Print-Ready</translation>
+    </message>
+    <message>
+        <source>DOCX: Word-Dokument</source>
+        <translation>DOCX: Word Document</translation>
+    </message>
+    <message>
+        <source>TXT: Rohtext speichern</source>
+        <translation>TXT: Save Plain Text</translation>
+    </message>
+    <message>
+        <source>PDF-Dokument (*.pdf)</source>
+        <translation>PDF Document (*.pdf)</translation>
+    </message>
+    <message>
+        <source>Word-Dokument (*.docx)</source>
+        <translation>Word Document (*.docx)</translation>
+    </message>
+    <message>
+        <source>Textdatei (*.txt)</source>
+        <translation>Text File (*.txt)</translation>
+    </message>
+</context>
+<context>
     <name>ExtractError</name>
     <message>
         <source>Kein Text extrahiert (leer).</source>
@@ -1091,6 +1118,13 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>PdfPageLayout</name>
+    <message>
+        <source>PDF konnte nicht erstellt werden.</source>
+        <translation>The PDF could not be created.</translation>
+    </message>
+</context>
+<context>
     <name>PersistenceController</name>
     <message>
         <source>Archiv konnte nicht geöffnet werden: %1</source>
@@ -1178,6 +1212,10 @@ Qt %4</translation>
     <message>
         <source>Nicht gespeichert: %1</source>
         <translation>Not saved: %1</translation>
+    </message>
+    <message>
+        <source>Exportieren</source>
+        <translation>Export</translation>
     </message>
 </context>
 <context>
@@ -1387,6 +1425,100 @@ Qt %4</translation>
     <message>
         <source>Bilder (*.png *.jpg *.jpeg *.gif *.bmp *.webp)</source>
         <translation>Images (*.png *.jpg *.jpeg *.gif *.bmp *.webp)</translation>
+    </message>
+</context>
+<context>
+    <name>PoemExport</name>
+    <message>
+        <source>ja</source>
+        <translation>yes</translation>
+    </message>
+    <message>
+        <source>nein</source>
+        <translation>no</translation>
+    </message>
+    <message>
+        <source>dd.MM.yyyy</source>
+        <translation>MM/dd/yyyy</translation>
+    </message>
+    <message>
+        <source>Datum</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>Kategorie</source>
+        <translation>Category</translation>
+    </message>
+    <message>
+        <source>(ohne Titel)</source>
+        <translation>(untitled)</translation>
+    </message>
+    <message>
+        <source>unbekannt</source>
+        <translation>unknown</translation>
+    </message>
+    <message>
+        <source>Veröffentlicht</source>
+        <translation>Published</translation>
+    </message>
+    <message>
+        <source>Podcast</source>
+        <translation>Podcast</translation>
+    </message>
+    <message>
+        <source>— kein Text —</source>
+        <translation>— no text —</translation>
+    </message>
+    <message>
+        <source>Gedicht</source>
+        <translation>Poem</translation>
+    </message>
+    <message>
+        <source>Die Exportdatei wurde nicht korrekt geschrieben: %1</source>
+        <translation>The export file was not written correctly: %1</translation>
+    </message>
+    <message>
+        <source>Export fehlgeschlagen: %1</source>
+        <translation>Export failed: %1</translation>
+    </message>
+    <message>
+        <source>Exportiert: %1</source>
+        <translation>Exported: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PoemExportActions</name>
+    <message>
+        <source>Exportieren</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+E</source>
+        <translation>Ctrl+Shift+E</translation>
+    </message>
+    <message>
+        <source>Drucken …</source>
+        <translation>Print…</translation>
+    </message>
+    <message>
+        <source>Druckvorschau …</source>
+        <translation>Print Preview…</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+P</source>
+        <translation>Ctrl+Alt+P</translation>
+    </message>
+    <message>
+        <source>Gedicht exportieren</source>
+        <translation>Export Poem</translation>
+    </message>
+    <message>
+        <source>Druckvorschau fehlgeschlagen: %1</source>
+        <translation>Print preview failed: %1</translation>
+    </message>
+    <message>
+        <source>Die PDF-Datei konnte nicht gelesen werden.</source>
+        <translation>The PDF file could not be read.</translation>
     </message>
 </context>
 <context>
@@ -1644,6 +1776,72 @@ wird unverändert aufbewahrt</source>
         <translation>%1
 %2 × %3 pt, %4
 kept unchanged</translation>
+    </message>
+</context>
+<context>
+    <name>PrintHelper</name>
+    <message>
+        <source>Drucken fehlgeschlagen: %1</source>
+        <translation>Printing failed: %1</translation>
+    </message>
+    <message>
+        <source>Die PDF-Datei konnte nicht gelesen werden.</source>
+        <translation>The PDF file could not be read.</translation>
+    </message>
+    <message>
+        <source>Druckdialog konnte nicht geöffnet werden.</source>
+        <translation>The print dialog could not be opened.</translation>
+    </message>
+    <message>
+        <source>Drucken</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <source>Der Drucker nimmt keinen Auftrag an.</source>
+        <translation>The printer does not accept the job.</translation>
+    </message>
+    <message>
+        <source>Drucke …</source>
+        <translation>Printing…</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Seite %1 konnte nicht begonnen werden.</source>
+        <translation>Page %1 could not be started.</translation>
+    </message>
+    <message>
+        <source>Seite %1 konnte nicht gezeichnet werden.</source>
+        <translation>Page %1 could not be drawn.</translation>
+    </message>
+    <message>
+        <source>Der Druckauftrag wurde nicht abgeschlossen.</source>
+        <translation>The print job was not completed.</translation>
+    </message>
+</context>
+<context>
+    <name>PrintPreviewWindow</name>
+    <message>
+        <source>Druckvorschau – %1</source>
+        <translation>Print Preview – %1</translation>
+    </message>
+    <message>
+        <source>Drucken</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <source>In Vorschau öffnen</source>
+        <translation>Open in Viewer</translation>
+    </message>
+    <message>
+        <source>Druckvorschau fehlgeschlagen: %1</source>
+        <translation>Print preview failed: %1</translation>
+    </message>
+    <message>
+        <source>Kein PDF-Programm gefunden.</source>
+        <translation>No PDF viewer found.</translation>
     </message>
 </context>
 <context>

@@ -12,7 +12,7 @@ namespace {
 std::vector<CliCommand> allCommands()
 {
     std::vector<CliCommand> commands;
-    for (auto group : {archiveCommands, libraryCommands, backupCommands, importCommands, editorCommands}) {
+    for (auto group : {archiveCommands, libraryCommands, backupCommands, importCommands, editorCommands, exportCommands}) {
         auto list = group();
         commands.insert(commands.end(), list.begin(), list.end());
     }

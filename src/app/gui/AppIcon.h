@@ -2,7 +2,7 @@
 
 #include <QIcon>
 
-// The program's leaf, drawn rather than shipped so every size stays sharp.
+// The program's logo, a leaf over a line of verse, as the window and About icon.
 class AppIcon {
 public:
     static QIcon icon();

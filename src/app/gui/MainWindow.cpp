@@ -20,6 +20,7 @@
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
+#include "export/gui/PoemExportActions.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -151,6 +152,7 @@ void MainWindow::buildColumns()
     connect(m_detail, &PoemDetailView::leaveWriterModeRequested, this, [this] { setWriterMode(false); });
     connect(m_detail, &PoemDetailView::writerModeRequested, this, &MainWindow::setWriterMode);
     connect(m_detail, &PoemDetailView::statusMessage, this, &MainWindow::setStatus);
+    connect(m_detail, &PoemDetailView::fileWritten, this, &MainWindow::setLastWrittenFile);
 }
 
 QWidget *MainWindow::withReadOnlyBanner(QWidget *content)
@@ -226,6 +228,8 @@ void MainWindow::buildMenus()
     m_fileMenu->addSeparator();
     m_fileOperationsEnd = m_fileMenu->addSeparator();
     m_fileMenu->addAction(m_openTrashAction);
+    m_fileMenu->addSeparator();
+    addExportMenu();
     m_fileMenu->addSeparator();
     QAction *quit = m_fileMenu->addAction(tr("Beenden"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -451,6 +455,8 @@ void MainWindow::updateActionStates()
     m_newPoemAction->setEnabled(writable);
     m_duplicateAction->setEnabled(hasPoem && writable);
     m_trashAction->setEnabled(hasPoem && writable);
+    // An export only reads the poem, so it stays on in a read-only archive.
+    m_detail->exportActions()->setEnabled(hasPoem);
 }
 
 void MainWindow::newPoem()
@@ -619,4 +625,12 @@ void MainWindow::closeEvent(QCloseEvent *event)
         return;
     }
     event->accept();
+}
+
+void MainWindow::addExportMenu()
+{
+    const PoemExportActions *exports = m_detail->exportActions();
+    m_fileMenu->addMenu(exports->exportMenu());
+    m_fileMenu->addAction(exports->printAction());
+    m_fileMenu->addAction(exports->previewAction());
 }

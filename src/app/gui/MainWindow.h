@@ -77,6 +77,7 @@ public:
 
     LibrarySidebar *sidebar() const { return m_sidebar; }
     PoemListPane *listPane() const { return m_listPane; }
+    PoemDetailView *detail() const { return m_detail; }
     PoemDetailView *detailView() const { return m_detail; }
 
 Q_SIGNALS:
@@ -98,6 +99,7 @@ private:
     QWidget *withReadOnlyBanner(QWidget *content);
     void buildActions();
     void buildMenus();
+    void addExportMenu();
     void buildToolBar();
     void runStartSequence();
     void showRows();

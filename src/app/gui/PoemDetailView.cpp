@@ -9,6 +9,7 @@
 #include "editor/EditorAppearance.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
+#include "export/gui/PoemExportActions.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -22,6 +23,7 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QStackedWidget>
+#include <QToolButton>
 #include <QStyle>
 #include <QVBoxLayout>
 #include <QtDebug>
@@ -237,10 +239,27 @@ QWidget *PoemDetailView::makeEditorPage()
     m_trash = new QPushButton(ThemeIcon::named(QStringLiteral("user-trash")), tr("In den Papierkorb"), page);
     m_trash->setObjectName(QStringLiteral("trashPoemButton"));
     connect(m_trash, &QPushButton::clicked, this, &PoemDetailView::trashRequested);
+    // Commits a category still being typed, so the export shows what the fields show.
+    m_exportActions = new PoemExportActions(
+        [this] {
+            commitPendingEdits();
+            return m_poem;
+        },
+        this);
+    connect(m_exportActions, &PoemExportActions::statusMessage, this, &PoemDetailView::statusMessage);
+    connect(m_exportActions, &PoemExportActions::fileWritten, this, &PoemDetailView::fileWritten);
+    auto *exportButton = new QToolButton(page);
+    exportButton->setObjectName(QStringLiteral("exportButton"));
+    exportButton->setText(tr("Exportieren"));
+    exportButton->setIcon(ThemeIcon::named(QStringLiteral("document-save-as")));
+    exportButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    exportButton->setPopupMode(QToolButton::InstantPopup);
+    exportButton->setMenu(m_exportActions->exportMenu());
     m_saveStatus = new QLabel(page);
     m_saveStatus->setObjectName(QStringLiteral("saveStatus"));
     footer->addWidget(m_duplicate);
     footer->addWidget(m_trash);
+    footer->addWidget(exportButton);
     footer->addStretch(1);
     footer->addWidget(m_saveStatus);
     layout->addLayout(footer);

@@ -8,6 +8,7 @@
 
 class ArchiveContext;
 class PoemEditorPane;
+class PoemExportActions;
 class QCheckBox;
 class QComboBox;
 class QDateEdit;
@@ -46,6 +47,7 @@ public:
     QDateEdit *dateField() const { return m_date; }
     QPlainTextEdit *notesField() const { return m_notes; }
     PoemEditorPane *editorPane() const { return m_editor; }
+    PoemExportActions *exportActions() const { return m_exportActions; }
     // The library's search text, marked in the body for display only.
     void setSearchHighlight(const QString &text);
 
@@ -57,6 +59,8 @@ Q_SIGNALS:
     void writerModeRequested(bool active);
     // A one-line outcome for the window's status line (e.g. an image that could not be read).
     void statusMessage(const QString &message);
+    // An exported file, for the window's "show in file manager".
+    void fileWritten(const QString &path);
 
 private:
     QWidget *makeEditorPage();
@@ -71,6 +75,7 @@ private:
     bool m_loading = false;
     static constexpr int writerColumnWidth = 860;
 
+    PoemExportActions *m_exportActions = nullptr;
     QStackedWidget *m_pages = nullptr;
     QWidget *m_column = nullptr;
     QWidget *m_writerBar = nullptr;
