@@ -4,9 +4,10 @@
 
 class BackupActions;
 class FolderScanController;
+class ImportActions;
 class MainWindow;
 
-// Attaches the archive-wide operations (backup, restore, folder scans) to the library
+// Attaches the archive-wide operations (backup, restore, folder scans, imports) to the library
 // window: their actions go into the sidebar, their outcomes into its status line.
 class ArchiveOperations : public QObject {
     Q_OBJECT
@@ -16,8 +17,10 @@ public:
 
     BackupActions *backups() const { return m_backups; }
     FolderScanController *folderScans() const { return m_folderScans; }
+    ImportActions *imports() const { return m_imports; }
 
 private:
     BackupActions *m_backups;
     FolderScanController *m_folderScans;
+    ImportActions *m_imports;
 };

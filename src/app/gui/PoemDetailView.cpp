@@ -235,10 +235,16 @@ QWidget *PoemDetailView::makeEditorPage()
     m_trash = new QPushButton(ThemeIcon::named(QStringLiteral("user-trash")), tr("In den Papierkorb"), page);
     m_trash->setObjectName(QStringLiteral("trashPoemButton"));
     connect(m_trash, &QPushButton::clicked, this, &PoemDetailView::trashRequested);
+    m_importText =
+        new QPushButton(ThemeIcon::named(QStringLiteral("document-import")), tr("Text importieren…"), page);
+    m_importText->setObjectName(QStringLiteral("importTextButton"));
+    m_importText->setToolTip(tr("Den Text dieses Gedichts aus einer DOCX-, PDF- oder Textdatei übernehmen"));
+    connect(m_importText, &QPushButton::clicked, this, &PoemDetailView::textImportRequested);
     m_saveStatus = new QLabel(page);
     m_saveStatus->setObjectName(QStringLiteral("saveStatus"));
     footer->addWidget(m_duplicate);
     footer->addWidget(m_trash);
+    footer->addWidget(m_importText);
     footer->addStretch(1);
     footer->addWidget(m_saveStatus);
     layout->addLayout(footer);
@@ -257,6 +263,7 @@ void PoemDetailView::showPoem(const PoemPtr &poem)
     reloadCategories();
     showFields();
     m_editor->setEditable(!m_poem->isInTrash());
+    m_importText->setEnabled(!m_poem->isInTrash());
     m_editor->setPoem(m_poem);
     m_pages->setCurrentIndex(1);
 }

@@ -43,6 +43,7 @@ public:
     QCheckBox *publishedToggle() const { return m_published; }
     QCheckBox *podcastToggle() const { return m_podcast; }
     QCheckBox *noDateToggle() const { return m_noDate; }
+    QPushButton *importTextButton() const { return m_importText; }
     QDateEdit *dateField() const { return m_date; }
     QPlainTextEdit *notesField() const { return m_notes; }
     PoemEditorPane *editorPane() const { return m_editor; }
@@ -57,6 +58,8 @@ Q_SIGNALS:
     void writerModeRequested(bool active);
     // A one-line outcome for the window's status line (e.g. an image that could not be read).
     void statusMessage(const QString &message);
+    // "Text importieren…": a document's text for this poem.
+    void textImportRequested();
 
 private:
     QWidget *makeEditorPage();
@@ -86,4 +89,5 @@ private:
     QLabel *m_saveStatus = nullptr;
     QPushButton *m_duplicate = nullptr;
     QPushButton *m_trash = nullptr;
+    QPushButton *m_importText = nullptr;
 };
