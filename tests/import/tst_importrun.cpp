@@ -208,7 +208,7 @@ private Q_SLOTS:
         QCOMPARE(reasons(done->report()), expected);
         QCOMPARE(both->text() == QStringLiteral("Aus Word"), twoPhases);
         QVERIFY(!low->text() && !close->text());
-        QVERIFY(pdfOnly->text().value_or(QString()).startsWith(QStringLiteral("Langes Gedicht")));
+        QVERIFY(pdfOnly->text().value_or(QString()).startsWith(QStringLiteral("Strophe 1, Zeile 1")));
         QVERIFY(!pdfOnly->richTextData());
         QVERIFY(done->statusText().startsWith(twoPhases ? QStringLiteral("Import fertig (2-Phasen)")
                                                         : QStringLiteral("Import fertig (1-Pass)")));

@@ -63,7 +63,7 @@ Q_SIGNALS:
     void importRequested();
     void cancelRequested();
 
-protected:
+public Q_SLOTS:
     // Closing is not offered while the import runs; cancel comes first.
     void reject() override;
 
