@@ -82,6 +82,27 @@ private:
         return process;
     }
 
+    // Waits until the run has written a file: the safety backup comes before the first
+    // poem is changed, the undo file before the first batch is committed.
+    static bool waitForFile(const QString &folder, const QString &pattern, const QProcess &process)
+    {
+        const QDir dir(folder);
+        while (process.state() == QProcess::Running) {
+            if (!dir.entryList({pattern}, QDir::Files).isEmpty())
+                return true;
+            QTest::qSleep(2);
+        }
+        return false;
+    }
+    static bool waitForSafetyBackup(const QString &dataDir, const QProcess &process)
+    {
+        return waitForFile(dataDir + QStringLiteral("/Safety Backups"), QStringLiteral("*.json"), process);
+    }
+    static bool waitForUndoRecord(const QString &dataDir, const QProcess &process)
+    {
+        return waitForFile(dataDir, QStringLiteral("last_text_import_undo.json"), process);
+    }
+
     // The poems' texts by title; empty when the store cannot be opened.
     static QHash<QString, QString> texts(const QString &dataDir)
     {
@@ -140,6 +161,10 @@ private Q_SLOTS:
         QElapsedTimer clock;
         clock.start();
         QProcess *full = startImport(complete);
+        QVERIFY(waitForSafetyBackup(complete, *full));
+        const qint64 untilBackup = clock.elapsed();
+        QVERIFY(waitForUndoRecord(complete, *full));
+        const qint64 untilUndo = clock.elapsed();
         QVERIFY(full->waitForFinished(120000));
         const qint64 duration = clock.elapsed();
         QCOMPARE(full->exitCode(), 0);
@@ -152,7 +177,14 @@ private Q_SLOTS:
         for (int trial = 1; trial <= trials; ++trial) {
             const QString dataDir = prepareTrial(trial);
             QProcess *process = startImport(dataDir);
-            QTest::qSleep(int(random.bounded(duration + 1)));
+            // Most kills land while batches are committed; the others anywhere after the
+            // safety backup or anywhere in the run.
+            if (trial % 5 == 0)
+                QTest::qSleep(int(random.bounded(duration + 1)));
+            else if (trial % 5 == 1 && waitForSafetyBackup(dataDir, *process))
+                QTest::qSleep(int(random.bounded(duration - untilBackup + 1)));
+            else if (waitForUndoRecord(dataDir, *process))
+                QTest::qSleep(int(random.bounded(duration - untilUndo + 1)));
             process->kill();
             QVERIFY(process->waitForFinished(10000));
             const int changed = checkStore(dataDir, false);
@@ -167,8 +199,10 @@ private Q_SLOTS:
             QDir(dataDir).removeRecursively();
             delete process;
         }
-        qInfo("run %lld ms; of %d killed imports %d had applied part of their files, %d none", duration, trials,
-              partial, untouched);
+        qInfo("run %lld ms (safety backup after %lld ms); of %d killed imports %d had applied part of their files, "
+              "%d none",
+              duration, untilBackup, trials, partial, untouched);
+        QVERIFY2(partial > 0, "no kill landed between two batches");
     }
 };
 
