@@ -290,6 +290,18 @@
         <source>Gib ein Wort ein, zu dem OdeLeaf Reime suchen soll.</source>
         <translation>Enter a word for OdeLeaf to find rhymes for.</translation>
     </message>
+    <message>
+        <source>Ungültige Zahl bei einer Option</source>
+        <translation>Invalid number in an option</translation>
+    </message>
+    <message>
+        <source>--assign erwartet DATEI=ID: %1</source>
+        <translation>--assign expects FILE=ID: %1</translation>
+    </message>
+    <message>
+        <source>Datei nicht im Ordner gefunden: %1</source>
+        <translation>File not found in the folder: %1</translation>
+    </message>
 </context>
 <context>
     <name>DisplayedPoemText</name>
@@ -543,6 +555,53 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>ImportActions</name>
+    <message>
+        <source>Import rückgängig</source>
+        <translation>Undo Import</translation>
+    </message>
+    <message>
+        <source>Letzter Importbericht</source>
+        <translation>Last Import Report</translation>
+    </message>
+    <message>
+        <source>Stellt die Gedichttexte vor dem letzten Import wieder her</source>
+        <translation>Restores the poems’ texts from before the last import</translation>
+    </message>
+    <message>
+        <source>Zeigt, was der letzte Import mit jeder Datei gemacht hat</source>
+        <translation>Shows what the last import did with each file</translation>
+    </message>
+    <message>
+        <source>Kein Importbericht vorhanden.</source>
+        <translation>There is no import report.</translation>
+    </message>
+    <message>
+        <source>Text importieren</source>
+        <translation>Import Text</translation>
+    </message>
+    <message>
+        <source>Der bisherige Text lässt sich mit „Import rückgängig“ zurückholen.</source>
+        <translation>The current text can be brought back with “Undo Import”.</translation>
+    </message>
+    <message>
+        <source>Ersetzen</source>
+        <translation>Replace</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Text konnte nicht importiert werden: %1</source>
+        <translation>Text could not be imported: %1</translation>
+    </message>
+    <message>
+        <source>Das Gedicht ist nicht mehr da.</source>
+        <translation>The poem no longer exists.</translation>
+    </message>
+</context>
+<context>
     <name>ImportProposalTableModel</name>
     <message>
         <source>— keine Zuordnung —</source>
@@ -579,6 +638,68 @@ Qt %4</translation>
     <message>
         <source>Zuordnung</source>
         <translation>Assignment</translation>
+    </message>
+</context>
+<context>
+    <name>ImportReport</name>
+    <message>
+        <source>Import abgeschlossen</source>
+        <translation>Import complete</translation>
+    </message>
+    <message>
+        <source>Import mit Hinweisen abgeschlossen</source>
+        <translation>Import complete with notes</translation>
+    </message>
+    <message>
+        <source>%1 Dateien geprüft</source>
+        <translation>%1 files checked</translation>
+    </message>
+    <message>
+        <source>Übernommen</source>
+        <translation>Imported</translation>
+    </message>
+    <message>
+        <source>Übersprungen</source>
+        <translation>Skipped</translation>
+    </message>
+    <message>
+        <source>Fehlgeschlagen</source>
+        <translation>Failed</translation>
+    </message>
+    <message>
+        <source>Letzter Textimport</source>
+        <translation>Last Text Import</translation>
+    </message>
+    <message>
+        <source>Letzter Bildimport</source>
+        <translation>Last Image Import</translation>
+    </message>
+</context>
+<context>
+    <name>ImportReportWindow</name>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Datei</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>Gedicht</source>
+        <translation>Poem</translation>
+    </message>
+    <message>
+        <source>Grund</source>
+        <translation>Reason</translation>
+    </message>
+    <message>
+        <source>Technische Details</source>
+        <translation>Technical Details</translation>
     </message>
 </context>
 <context>
@@ -679,16 +800,188 @@ Qt %4</translation>
         <translation>Choose from All Poems…</translation>
     </message>
     <message>
-        <source>Das Übernehmen der Texte folgt in einer späteren Version.</source>
-        <translation>Importing the texts will come in a later version.</translation>
-    </message>
-    <message>
         <source>%1 Datei angezeigt</source>
         <translation>%1 file shown</translation>
     </message>
     <message>
         <source>%1 Dateien angezeigt</source>
         <translation>%1 files shown</translation>
+    </message>
+    <message>
+        <source>%v von %m</source>
+        <translation>%v of %m</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Hält nach der Datei an, die gerade gelesen wird; Übernommenes bleibt.</source>
+        <translation>Stops after the file being read; what was imported stays.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportRun</name>
+    <message>
+        <source>Import läuft…</source>
+        <translation>Import running…</translation>
+    </message>
+    <message>
+        <source>Nichts zu importieren.</source>
+        <translation>Nothing to import.</translation>
+    </message>
+    <message>
+        <source>Sicherheitsbackup: %1.</source>
+        <translation>Safety backup: %1.</translation>
+    </message>
+    <message>
+        <source>Rückgängig ist danach im Hauptfenster verfügbar.</source>
+        <translation>You can undo it in the main window.</translation>
+    </message>
+    <message>
+        <source>Import fertig (%1): %2 gesetzt, %3 fehlgeschlagen. Leer: %4. Timeouts: %5. Übersprungen (hat Text): %6. Übersprungen (PDF Score&lt;%7%): %8. Übersprungen (PDF Margin&lt;%9%): %10. PDF übersprungen (Text bereits vorhanden): %11.</source>
+        <translation>Import finished (%1): %2 set, %3 failed. Empty: %4. Timeouts: %5. Skipped (has text): %6. Skipped (PDF score&lt;%7%): %8. Skipped (PDF margin&lt;%9%): %10. PDF skipped (text already present): %11.</translation>
+    </message>
+    <message>
+        <source>2-Phasen</source>
+        <translation>2 phases</translation>
+    </message>
+    <message>
+        <source>1-Pass</source>
+        <translation>1 pass</translation>
+    </message>
+    <message>
+        <source>Bildimport: %1 angehängt, %2 fehlgeschlagen.</source>
+        <translation>Image import: %1 attached, %2 failed.</translation>
+    </message>
+    <message>
+        <source>Import abgebrochen.</source>
+        <translation>Import canceled.</translation>
+    </message>
+    <message>
+        <source>Folder-Bookmark resolve fail: %1</source>
+        <translation>Folder bookmark resolve failed: %1</translation>
+    </message>
+    <message>
+        <source>Der Ordner ist nicht lesbar: %1</source>
+        <translation>The folder cannot be read: %1</translation>
+    </message>
+    <message>
+        <source>Sicherheitsbackup wird erstellt…</source>
+        <translation>Writing safety backup…</translation>
+    </message>
+    <message>
+        <source>Zu importieren: Bilder %1</source>
+        <translation>To import: images %1</translation>
+    </message>
+    <message>
+        <source>Zu importieren: DOCX %1, PDF %2</source>
+        <translation>To import: DOCX %1, PDF %2</translation>
+    </message>
+    <message>
+        <source>Import abgebrochen: Sicherheitsbackup fehlgeschlagen (%1)</source>
+        <translation>Import canceled: safety backup failed (%1)</translation>
+    </message>
+    <message>
+        <source>Bilder</source>
+        <translation>Images</translation>
+    </message>
+    <message>
+        <source>%1: Start… (0/%2)</source>
+        <translation>%1: Starting… (0/%2)</translation>
+    </message>
+    <message>
+        <source>PDF übersprungen, weil bereits Text vorhanden ist</source>
+        <translation>PDF skipped because the poem already has text</translation>
+    </message>
+    <message>
+        <source>PDF Score unter Mindestwert</source>
+        <translation>PDF score below minimum</translation>
+    </message>
+    <message>
+        <source>PDF Abstand zum zweitbesten Treffer zu klein</source>
+        <translation>PDF margin to the second-best match too small</translation>
+    </message>
+    <message>
+        <source>%1: %2/%3 – %4</source>
+        <translation>%1: %2/%3 – %4</translation>
+    </message>
+    <message>
+        <source>Datei ist leer (0 Byte).</source>
+        <translation>File is empty (0 bytes).</translation>
+    </message>
+    <message>
+        <source>Timeout nach %1s</source>
+        <translation>Timeout after %1s</translation>
+    </message>
+    <message>
+        <source>Text konnte nicht extrahiert werden</source>
+        <translation>Text could not be extracted</translation>
+    </message>
+    <message>
+        <source>Kein Text extrahiert</source>
+        <translation>No text extracted</translation>
+    </message>
+    <message>
+        <source>Gedicht hatte bereits Text</source>
+        <translation>Poem already had text</translation>
+    </message>
+    <message>
+        <source>Gedicht nicht gefunden</source>
+        <translation>Poem not found</translation>
+    </message>
+    <message>
+        <source>Speichern fehlgeschlagen</source>
+        <translation>Saving failed</translation>
+    </message>
+    <message>
+        <source>Rückgängig-Datei konnte nicht geschrieben werden: %1</source>
+        <translation>The undo file could not be written: %1</translation>
+    </message>
+    <message>
+        <source>Importbericht konnte nicht geschrieben werden: %1</source>
+        <translation>The import report could not be written: %1</translation>
+    </message>
+    <message>
+        <source>Abgebrochen nach %1 von %2 Dateien.</source>
+        <translation>Canceled after %1 of %2 files.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportStateFiles</name>
+    <message>
+        <source>Keine normale Datei: %1</source>
+        <translation>Not a regular file: %1</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ ist zu groß.</source>
+        <translation>The file “%1” is too large.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportUndo</name>
+    <message>
+        <source>Kein Import zum Rückgängigmachen vorhanden.</source>
+        <translation>There is no import to undo.</translation>
+    </message>
+    <message>
+        <source>Rückgängig fehlgeschlagen: %1</source>
+        <translation>Undo failed: %1</translation>
+    </message>
+    <message>
+        <source>Letzter Import rückgängig gemacht: %1 Gedichte wiederhergestellt.</source>
+        <translation>Last import undone: %1 poems restored.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportWorkItem</name>
+    <message>
+        <source>(unbekannt)</source>
+        <translation>(unknown)</translation>
+    </message>
+    <message>
+        <source>(ohne Titel)</source>
+        <translation>(untitled)</translation>
     </message>
 </context>
 <context>
@@ -1093,6 +1386,14 @@ Qt %4</translation>
     <message>
         <source>Nicht gespeichert: %1</source>
         <translation>Not saved: %1</translation>
+    </message>
+    <message>
+        <source>Text importieren…</source>
+        <translation>Import Text…</translation>
+    </message>
+    <message>
+        <source>Den Text dieses Gedichts aus einer DOCX-, PDF- oder Textdatei übernehmen</source>
+        <translation>Take this poem’s text from a DOCX, PDF or text file</translation>
     </message>
 </context>
 <context>
@@ -1676,6 +1977,37 @@ Qt %4</translation>
     <message>
         <source>Podcast</source>
         <translation>Podcast</translation>
+    </message>
+</context>
+<context>
+    <name>SinglePoemImport</name>
+    <message>
+        <source>Texte (*.docx *.pdf *.txt)</source>
+        <translation>Texts (*.docx *.pdf *.txt)</translation>
+    </message>
+    <message>
+        <source>Vorhandenen Gedichttext ersetzen?</source>
+        <translation>Replace the poem’s existing text?</translation>
+    </message>
+    <message>
+        <source>Keine normale Datei: %1</source>
+        <translation>Not a regular file: %1</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ konnte nicht gelesen werden: %2</source>
+        <translation>The file “%1” could not be read: %2</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ ist zu groß für ein Gedicht.</source>
+        <translation>The file “%1” is too large for a poem.</translation>
+    </message>
+    <message>
+        <source>Die Datei ist kein UTF-8 und wurde als Windows-1252 gelesen.</source>
+        <translation>The file is not UTF-8 and was read as Windows-1252.</translation>
+    </message>
+    <message>
+        <source>Text importiert aus %1. Rückgängig ist im Hauptfenster verfügbar.</source>
+        <translation>Text imported from %1. You can undo it in the main window.</translation>
     </message>
 </context>
 <context>
