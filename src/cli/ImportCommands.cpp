@@ -28,20 +28,41 @@ int runExtract(CliInvocation &cli)
     return 0;
 }
 
+// The one folder named on the command line, scanned against the live poems.
+struct ScannedFolder {
+    ArchiveContext *context = nullptr;
+    FolderScanOutcome outcome;
+    std::optional<int> exitCode; // set when there is nothing to go on with
+};
+
+ScannedFolder scanNamedFolder(CliInvocation &cli, bool imagesOnly)
+{
+    ScannedFolder scanned;
+    if (!cli.finishOptions(1, 1)) {
+        scanned.exitCode = cli.usageError({});
+        return scanned;
+    }
+    const QString folder = cli.positional().at(0);
+    if (!QFileInfo(folder).isDir()) {
+        scanned.exitCode = cli.fail(CliTexts::tr("Ordner nicht gefunden: %1").arg(folder));
+        return scanned;
+    }
+    scanned.context = cli.archive();
+    if (!scanned.context) {
+        scanned.exitCode = 1;
+        return scanned;
+    }
+    scanned.outcome = FolderScan::run(folder, livePoemSnapshot(*scanned.context), imagesOnly);
+    return scanned;
+}
+
 int runScan(CliInvocation &cli)
 {
-    const bool imagesOnly = cli.takeFlag(QStringLiteral("--images"));
-    if (!cli.finishOptions(1, 1))
-        return cli.usageError({});
-    const QString folder = cli.positional().at(0);
-    if (!QFileInfo(folder).isDir())
-        return cli.fail(CliTexts::tr("Ordner nicht gefunden: %1").arg(folder));
-    ArchiveContext *context = cli.archive();
-    if (!context)
-        return 1;
-    const FolderScanOutcome outcome = FolderScan::run(folder, livePoemSnapshot(*context), imagesOnly);
+    const ScannedFolder scanned = scanNamedFolder(cli, cli.takeFlag(QStringLiteral("--images")));
+    if (scanned.exitCode)
+        return *scanned.exitCode;
     QJsonArray proposals;
-    for (const ImportProposal &proposal : outcome.proposals)
+    for (const ImportProposal &proposal : scanned.outcome.proposals)
         proposals.append(proposal.toJson());
     cli.printRaw(ArchiveJson::encode(proposals) + '\n');
     return 0;
@@ -85,15 +106,10 @@ int runImport(CliInvocation &cli)
     const QStringList assignments = cli.takeRepeatedOption(QStringLiteral("--assign"));
     if (!options)
         return cli.usageError(CliTexts::tr("Ungültige Zahl bei einer Option"));
-    if (!cli.finishOptions(1, 1))
-        return cli.usageError({});
-    const QString folder = cli.positional().at(0);
-    if (!QFileInfo(folder).isDir())
-        return cli.fail(CliTexts::tr("Ordner nicht gefunden: %1").arg(folder));
-    ArchiveContext *context = cli.archive();
-    if (!context)
-        return 1;
-    FolderScanOutcome scan = FolderScan::run(folder, livePoemSnapshot(*context), imagesOnly);
+    ScannedFolder scanned = scanNamedFolder(cli, imagesOnly);
+    if (scanned.exitCode)
+        return *scanned.exitCode;
+    FolderScanOutcome &scan = scanned.outcome;
     for (const QString &assignment : assignments) {
         const qsizetype equals = assignment.lastIndexOf(QLatin1Char('='));
         const QUuid id = equals > 0 ? QUuid::fromString(assignment.mid(equals + 1)) : QUuid();
@@ -107,11 +123,11 @@ int runImport(CliInvocation &cli)
         proposal->chosenPoemObjectURI = uuidText(id);
     }
     ImportRunSettings settings;
-    settings.folder = folder;
+    settings.folder = scan.folder;
     settings.proposals = std::move(scan.proposals);
     settings.options = *options;
     settings.imagesOnly = imagesOnly;
-    ImportRun run(*context, std::move(settings));
+    ImportRun run(*scanned.context, std::move(settings));
     run.runToEnd();
     if (!run.hasApplied() && run.statusText() != ImportRun::nothingToImportText())
         return cli.fail(run.statusText());

@@ -81,9 +81,8 @@ QJsonObject ImportReport::toJson() const
 {
     QJsonArray itemArray;
     for (const Item &item : items) {
-        QJsonObject object{{statusKey, rawValue(item.status)},
-                           {fileNameKey, item.fileName},
-                           {poemTitleKey, item.poemTitle}};
+        QJsonObject object{
+            {statusKey, rawValue(item.status)}, {fileNameKey, item.fileName}, {poemTitleKey, item.poemTitle}};
         if (item.reason)
             object.insert(reasonKey, *item.reason);
         itemArray.append(object);

@@ -121,7 +121,8 @@ void ImportRun::begin()
     }
     const QFileInfo folder(m_settings.folder);
     if (!folder.isDir() || !folder.isReadable()) {
-        finish(tr("Folder-Bookmark resolve fail: %1").arg(tr("Der Ordner ist nicht lesbar: %1").arg(m_settings.folder)));
+        finish(
+            tr("Folder-Bookmark resolve fail: %1").arg(tr("Der Ordner ist nicht lesbar: %1").arg(m_settings.folder)));
         return;
     }
     const QList<ImportWorkItem> items =
@@ -153,6 +154,7 @@ void ImportRun::begin()
     Q_EMIT statusChanged(tr("Sicherheitsbackup wird erstellt…"));
     if (!writeSafetyBackup())
         return;
+    Q_EMIT statusChanged(runningText());
 
     m_applyStarted = true;
     m_applier = std::make_unique<ImportApplier>(m_context, &ImportStateFiles::saveUndo, m_settings.batchSize);
@@ -327,8 +329,8 @@ void ImportRun::applyText(const ImportWorkItem &item, const ImportExtraction &ex
         record(Status::skipped, item, tr("Kein Text extrahiert"));
         return;
     }
-    const ImportApplier::Outcome outcome = m_applier->apply(item.poemID, extraction.text, extraction.richTextData,
-                                                            m_settings.options.onlyIfPoemTextEmpty);
+    const ImportApplier::Outcome outcome =
+        m_applier->apply(item.poemID, extraction.text, extraction.richTextData, m_settings.options.onlyIfPoemTextEmpty);
     if (outcome.skippedBecauseHasText) {
         ++m_counts.skippedHasText;
         record(Status::skipped, item, tr("Gedicht hatte bereits Text"));
@@ -360,8 +362,7 @@ void ImportRun::applyImage(const ImportWorkItem &item)
         record(ImportReport::Status::failed, item, appended.errorMessage());
         return;
     }
-    const ImportApplier::Outcome outcome =
-        m_applier->apply(item.poemID, appended->text, appended->richTextData, false);
+    const ImportApplier::Outcome outcome = m_applier->apply(item.poemID, appended->text, appended->richTextData, false);
     if (outcome.saveError) {
         ++m_counts.failed;
         record(ImportReport::Status::failed, item, tr("Speichern fehlgeschlagen"));
@@ -397,12 +398,14 @@ void ImportRun::finishApplied()
 
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const QString backupText = safetyBackupText(QFileInfo(m_safetyBackupPath).fileName());
-    const QString summary = m_settings.imagesOnly
-                                ? imageSummaryText(m_counts.applied, m_counts.failed)
-                                : summaryText(m_settings.options.docxThenPdfOnlyForStillEmpty, m_counts,
-                                              m_settings.options);
+    const QString summary = m_settings.imagesOnly ? imageSummaryText(m_counts.applied, m_counts.failed)
+                                                  : summaryText(m_settings.options.docxThenPdfOnlyForStillEmpty,
+                                                                m_counts, m_settings.options);
     m_report.createdAt = now;
     m_report.summary = summary + QLatin1Char(' ') + backupText;
+    if (m_cancelled)
+        m_report.summary = tr("Abgebrochen nach %1 von %2 Dateien.").arg(m_processed).arg(m_total) + QLatin1Char(' ') +
+                           m_report.summary;
 
     QStringList problems;
     if (auto undo = ImportStateFiles::saveUndo(m_applier->undoItems()); !undo)
@@ -413,8 +416,6 @@ void ImportRun::finishApplied()
         m_log.add(QStringLiteral("import_failures.txt: %1").arg(failures.errorMessage()));
 
     QString status = m_report.summary;
-    if (m_cancelled)
-        status = tr("Abgebrochen nach %1 von %2 Dateien.").arg(m_processed).arg(m_total) + QLatin1Char(' ') + status;
     if (!m_applier->undoItems().isEmpty())
         status += QLatin1Char(' ') + undoHintText();
     for (const QString &problem : std::as_const(problems))

@@ -113,14 +113,15 @@ private Q_SLOTS:
         const QString other = add(QStringLiteral("Ganz anderes Gedicht"));
         QTemporaryDir folder;
         const QDir root(folder.path());
-        QVERIFY(QFile::copy(dataPath(QStringLiteral("Herbstlied.docx")), root.filePath(QStringLiteral("Herbstlied.docx"))));
-        QVERIFY(QFile::copy(dataPath(QStringLiteral("Abendstille.docx")), root.filePath(QStringLiteral("Entwurf.docx"))));
+        QVERIFY(
+            QFile::copy(dataPath(QStringLiteral("Herbstlied.docx")), root.filePath(QStringLiteral("Herbstlied.docx"))));
+        QVERIFY(
+            QFile::copy(dataPath(QStringLiteral("Abendstille.docx")), root.filePath(QStringLiteral("Entwurf.docx"))));
         QVERIFY(QFile::copy(dataPath(QStringLiteral("Abendstille.pdf")), root.filePath(QStringLiteral("Entwurf.pdf"))));
 
-        const CliOutcome outcome =
-            cli.run({QStringLiteral("import"), folder.path(), QStringLiteral("--assign"),
-                       QStringLiteral("Entwurf.docx=") + other, QStringLiteral("--pdf"), QStringLiteral("--timeout-docx"),
-                       QStringLiteral("5")});
+        const CliOutcome outcome = cli.run({QStringLiteral("import"), folder.path(), QStringLiteral("--assign"),
+                                            QStringLiteral("Entwurf.docx=") + other, QStringLiteral("--pdf"),
+                                            QStringLiteral("--timeout-docx"), QStringLiteral("5")});
         QCOMPARE(outcome.exitCode, 0);
         QVERIFY2(outcome.out.startsWith(QStringLiteral("Import fertig (2-Phasen): 2 gesetzt, 0 fehlgeschlagen.")),
                  qPrintable(outcome.out));
@@ -137,9 +138,10 @@ private Q_SLOTS:
         QVERIFY2(again.out.contains(QStringLiteral("0 gesetzt")) &&
                      again.out.contains(QStringLiteral("Übersprungen (hat Text): 1.")),
                  qPrintable(again.out));
-        const CliOutcome overwrite =
-            cli.run({QStringLiteral("import"), folder.path(), QStringLiteral("--overwrite"), QStringLiteral("--one-pass")});
-        QVERIFY2(overwrite.out.startsWith(QStringLiteral("Import fertig (1-Pass): 1 gesetzt")), qPrintable(overwrite.out));
+        const CliOutcome overwrite = cli.run(
+            {QStringLiteral("import"), folder.path(), QStringLiteral("--overwrite"), QStringLiteral("--one-pass")});
+        QVERIFY2(overwrite.out.startsWith(QStringLiteral("Import fertig (1-Pass): 1 gesetzt")),
+                 qPrintable(overwrite.out));
 
         const CliOutcome undone = cli.run({QStringLiteral("undo-import")});
         QCOMPARE(undone.exitCode, 0);
@@ -151,12 +153,14 @@ private Q_SLOTS:
     void importUsageAndFailures()
     {
         QCOMPARE(m_cli.run({QStringLiteral("import")}).exitCode, 2);
-        QCOMPARE(m_cli.run({QStringLiteral("import"), QStringLiteral("."), QStringLiteral("--min-score-pdf"),
-                            QStringLiteral("hoch")})
+        QCOMPARE(m_cli
+                     .run({QStringLiteral("import"), QStringLiteral("."), QStringLiteral("--min-score-pdf"),
+                           QStringLiteral("hoch")})
                      .exitCode,
                  2);
-        QCOMPARE(m_cli.run({QStringLiteral("import"), QStringLiteral("."), QStringLiteral("--assign"),
-                            QStringLiteral("a.docx=keine-id")})
+        QCOMPARE(m_cli
+                     .run({QStringLiteral("import"), QStringLiteral("."), QStringLiteral("--assign"),
+                           QStringLiteral("a.docx=keine-id")})
                      .exitCode,
                  2);
         const CliOutcome missing = m_cli.run({QStringLiteral("import"), m_dataDir.filePath(QStringLiteral("fehlt"))});

@@ -78,8 +78,8 @@ inline ImportProposal proposalFor(const QString &relativePath, const PoemPtr &po
     const QString id = poem->id()->toString(QUuid::WithoutBraces).toUpper();
     proposal.candidates.append({id, poem->title().value_or(QString()), best});
     if (second)
-        proposal.candidates.append({QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper(),
-                                    QStringLiteral("Anderes"), *second});
+        proposal.candidates.append(
+            {QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper(), QStringLiteral("Anderes"), *second});
     proposal.suggestedPoemObjectURI = id;
     proposal.suggestedScore = best;
     proposal.chosenPoemObjectURI = id;

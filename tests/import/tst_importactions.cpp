@@ -170,9 +170,9 @@ private Q_SLOTS:
         actions.replace = true;
         actions.file = QStringLiteral(ODELEAF_TEST_DATA "/import/Nur-Bild.pdf");
         actions.importTextInto(poem);
-        QTRY_VERIFY_WITH_TIMEOUT(status.last().first().toString().startsWith(
-                                     QStringLiteral("Text konnte nicht importiert werden: ")),
-                                 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            status.last().first().toString().startsWith(QStringLiteral("Text konnte nicht importiert werden: ")),
+            20000);
         QCOMPARE(poem->text(), QStringLiteral("Erste Zeile\nZweite Zeile"));
     }
 };

@@ -192,7 +192,8 @@ private Q_SLOTS:
             untouched += changed == 0 ? 1 : 0;
 
             QProcess undo;
-            undo.start(QStringLiteral(ODELEAF_CLI), {QStringLiteral("--data-dir"), dataDir, QStringLiteral("undo-import")});
+            undo.start(QStringLiteral(ODELEAF_CLI),
+                       {QStringLiteral("--data-dir"), dataDir, QStringLiteral("undo-import")});
             QVERIFY(undo.waitForFinished(60000));
             QCOMPARE(undo.exitCode(), 0);
             checkStore(dataDir, true);

@@ -99,8 +99,8 @@ private Q_SLOTS:
         const PoemPtr blank = addPoem(context(), QStringLiteral("Nichts"));
         QVERIFY(context().save().ok());
         const QList<ImportProposal> proposals = {
-            proposalFor(docx(QStringLiteral("Herbstlied.docx"), {QStringLiteral(">*Herbstlied"), QString(),
-                                                                 QStringLiteral("Die Blätter fallen")}),
+            proposalFor(docx(QStringLiteral("Herbstlied.docx"),
+                             {QStringLiteral(">*Herbstlied"), QString(), QStringLiteral("Die Blätter fallen")}),
                         empty),
             proposalFor(docx(QStringLiteral("Mondnacht.docx"), {QStringLiteral("Neu")}), full),
             proposalFor(QStringLiteral("Leer.docx"), zero),
@@ -233,7 +233,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("count");
         QTest::newRow("hangs") << QStringLiteral("sleep 30") << QStringLiteral("Timeout nach 1s")
                                << QStringLiteral("Timeouts: 3.");
-        QTest::newRow("crashes") << QStringLiteral("kill -SEGV $$") << QStringLiteral("Text konnte nicht extrahiert werden")
+        QTest::newRow("crashes") << QStringLiteral("kill -SEGV $$")
+                                 << QStringLiteral("Text konnte nicht extrahiert werden")
                                  << QStringLiteral("0 gesetzt, 3 fehlgeschlagen.");
     }
 
@@ -271,9 +272,8 @@ private Q_SLOTS:
         QList<ImportProposal> proposals;
         for (int i = 0; i < 5; ++i) {
             poems.append(addPoem(context(), QStringLiteral("Gedicht %1").arg(i), QStringLiteral("alt %1").arg(i)));
-            proposals.append(
-                proposalFor(docx(QStringLiteral("Gedicht %1.docx").arg(i), {QStringLiteral("neu %1").arg(i)}),
-                            poems.last()));
+            proposals.append(proposalFor(
+                docx(QStringLiteral("Gedicht %1.docx").arg(i), {QStringLiteral("neu %1").arg(i)}), poems.last()));
         }
         QVERIFY(context().save().ok());
         ImportRunSettings settings;
@@ -340,7 +340,8 @@ private Q_SLOTS:
         const QByteArray richBefore = PoemRichText::encodePlainText(QStringLiteral("C alt")).value();
         c->setRichTextData(richBefore);
         QVERIFY(context().save().ok());
-        QCOMPARE(ImportUndo::undoLastImport(context()).value(), QStringLiteral("Kein Import zum Rückgängigmachen vorhanden."));
+        QCOMPARE(ImportUndo::undoLastImport(context()).value(),
+                 QStringLiteral("Kein Import zum Rückgängigmachen vorhanden."));
 
         ImportReviewOptions overwrite;
         overwrite.onlyIfPoemTextEmpty = false;
@@ -363,7 +364,8 @@ private Q_SLOTS:
         QCOMPARE(c->richTextData(), richBefore);
         QVERIFY(!context().hasChanges());
         QVERIFY(!ImportStateFiles::hasPendingUndo());
-        QCOMPARE(ImportUndo::undoLastImport(context()).value(), QStringLiteral("Kein Import zum Rückgängigmachen vorhanden."));
+        QCOMPARE(ImportUndo::undoLastImport(context()).value(),
+                 QStringLiteral("Kein Import zum Rückgängigmachen vorhanden."));
     }
 
     void safetyBackupThatCannotBeWrittenChangesNothing()
@@ -376,9 +378,9 @@ private Q_SLOTS:
         QVERIFY(writeFile(blocker, "x"));
         ApplicationSupport::setDirectory(blocker + QStringLiteral("/OdeLeaf"));
         const auto done = run({proposalFor(proposalFile, poem)});
-        QVERIFY2(done->statusText().startsWith(
-                     QStringLiteral("Import abgebrochen: Sicherheitsbackup fehlgeschlagen (")),
-                 qPrintable(done->statusText()));
+        QVERIFY2(
+            done->statusText().startsWith(QStringLiteral("Import abgebrochen: Sicherheitsbackup fehlgeschlagen (")),
+            qPrintable(done->statusText()));
         QVERIFY(!done->hasApplied());
         QVERIFY(!poem->text());
         QVERIFY(!context().hasChanges());
@@ -483,9 +485,12 @@ private Q_SLOTS:
         QVERIFY(writeFile(ImportStateFiles::reportPath(), "{\"title\": \"x\"}"));
         QVERIFY(!ImportStateFiles::hasPendingUndo());
         QVERIFY(!ImportStateFiles::loadReport());
-        QCOMPARE(ImportUndo::undoLastImport(context()).value(), QStringLiteral("Kein Import zum Rückgängigmachen vorhanden."));
-        ImportReport report{QDateTime(QDate(2026, 11, 14), QTime(21, 3, 47), Qt::UTC), QStringLiteral("T"),
-                            QStringLiteral("S"), {{ImportReport::Status::skipped, "a.docx", "A", std::nullopt}}};
+        QCOMPARE(ImportUndo::undoLastImport(context()).value(),
+                 QStringLiteral("Kein Import zum Rückgängigmachen vorhanden."));
+        ImportReport report{QDateTime(QDate(2026, 11, 14), QTime(21, 3, 47), Qt::UTC),
+                            QStringLiteral("T"),
+                            QStringLiteral("S"),
+                            {{ImportReport::Status::skipped, "a.docx", "A", std::nullopt}}};
         QVERIFY(ImportStateFiles::saveReport(report).ok());
         QCOMPARE(ImportStateFiles::loadReport(), report);
         QCOMPARE(report.headline(), QStringLiteral("Import mit Hinweisen abgeschlossen"));

@@ -47,4 +47,3 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
     connect(window.detailView(), &PoemDetailView::textImportRequested, m_imports,
             [this, &window] { m_imports->importTextInto(window.detailView()->poem()); });
 }
-

@@ -235,8 +235,7 @@ QWidget *PoemDetailView::makeEditorPage()
     m_trash = new QPushButton(ThemeIcon::named(QStringLiteral("user-trash")), tr("In den Papierkorb"), page);
     m_trash->setObjectName(QStringLiteral("trashPoemButton"));
     connect(m_trash, &QPushButton::clicked, this, &PoemDetailView::trashRequested);
-    m_importText =
-        new QPushButton(ThemeIcon::named(QStringLiteral("document-import")), tr("Text importieren…"), page);
+    m_importText = new QPushButton(ThemeIcon::named(QStringLiteral("document-import")), tr("Text importieren…"), page);
     m_importText->setObjectName(QStringLiteral("importTextButton"));
     m_importText->setToolTip(tr("Den Text dieses Gedichts aus einer DOCX-, PDF- oder Textdatei übernehmen"));
     connect(m_importText, &QPushButton::clicked, this, &PoemDetailView::textImportRequested);

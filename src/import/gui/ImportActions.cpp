@@ -163,14 +163,13 @@ void ImportActions::importTextInto(const PoemPtr &poem)
     m_singleImportRunning = true;
     Q_EMIT busyChanged(true);
     const QTextCharFormat defaults = WriterTypingAttributes::defaults();
-    IsolatedDocumentExtractor::extractAsync(path, IsolatedDocumentExtractor::defaultTimeoutMilliseconds(path), this,
-                                            [this, poem, fileName, defaults](IsolatedExtraction extraction) {
-                                                m_singleImportRunning = false;
-                                                Q_EMIT busyChanged(false);
-                                                finishSingleImport(
-                                                    poem, SinglePoemImport::fromExtraction(extraction, defaults),
-                                                    fileName);
-                                            });
+    IsolatedDocumentExtractor::extractAsync(
+        path, IsolatedDocumentExtractor::defaultTimeoutMilliseconds(path), this,
+        [this, poem, fileName, defaults](IsolatedExtraction extraction) {
+            m_singleImportRunning = false;
+            Q_EMIT busyChanged(false);
+            finishSingleImport(poem, SinglePoemImport::fromExtraction(extraction, defaults), fileName);
+        });
 }
 
 void ImportActions::finishSingleImport(const PoemPtr &poem, const Result<ImportedPoemText> &imported,

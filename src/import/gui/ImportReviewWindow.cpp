@@ -215,6 +215,7 @@ QWidget *ImportReviewWindow::makeList()
 QGroupBox *ImportReviewWindow::makeOptions()
 {
     auto *box = new QGroupBox(tr("Importoptionen"), this);
+    m_optionsBox = box;
     box->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto *columns = new QHBoxLayout(box);
     columns->setSpacing(24);
@@ -460,13 +461,9 @@ void ImportReviewWindow::setImporting(bool importing)
     }
     m_table->setEnabled(!importing);
     m_filterButtons->buttons().constFirst()->parentWidget()->setEnabled(!importing);
-    for (QWidget *control : {static_cast<QWidget *>(m_importDOCX), static_cast<QWidget *>(m_importPDF),
-                             static_cast<QWidget *>(m_onlyIfEmpty)}) {
-        if (control)
-            control->setEnabled(!importing);
-    }
-    if (m_importPDF)
-        updatePdfControls();
+    // The run reads the options once; changing them meanwhile would only mislead.
+    if (m_optionsBox)
+        m_optionsBox->setEnabled(!importing);
 }
 
 void ImportReviewWindow::setStatusText(const QString &text)

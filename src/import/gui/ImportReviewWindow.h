@@ -96,6 +96,7 @@ private:
     QLabel *m_timeoutDOCXLabel = nullptr;
     QLabel *m_timeoutPDFLabel = nullptr;
     QList<QWidget *> m_pdfControls;
+    QGroupBox *m_optionsBox = nullptr;
     ImportReviewOptions m_options;
     QLabel *m_status = nullptr;
     QLabel *m_progress = nullptr;
