@@ -1,8 +1,13 @@
+#include "../tests/import/ImportTestSupport.h"
 #include "ArchiveFixtures.h"
+#include "SampleArchive.h"
 
+#include "archive/ApplicationSupport.h"
+#include "archive/PersistenceController.h"
 #include "archive/PoemValues.h"
 #include "import/DocumentBatchImporter.h"
 #include "import/DocumentTextExtractor.h"
+#include "import/ImportRun.h"
 #include "import/IsolatedDocumentExtractor.h"
 #include "matching/FuzzyMatcher.h"
 #include "matching/TitleIndex.h"
@@ -17,6 +22,8 @@
 #include <zip.h>
 
 #include <random>
+
+#include <sys/resource.h>
 
 namespace {
 
@@ -280,5 +287,58 @@ void BM_extract100DocxIsolated(benchmark::State &state)
     state.counters["failed"] = failed;
 }
 BENCHMARK(BM_extract100DocxIsolated)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// The whole import as the poet starts it: 5,000 one-page DOCX files into a store of 20,000
+// poems, overwriting (every file is applied), safety backup, undo file and report included.
+void BM_apply5000DocxTo20000Poems(benchmark::State &state)
+{
+    QTemporaryDir dir;
+    ApplicationSupport::setDirectory(dir.filePath(QStringLiteral("OdeLeaf")));
+    auto opened = PersistenceController::open(dir.filePath(QStringLiteral("OdeLeaf.sqlite")));
+    if (!opened || !fillSampleArchive(opened.value()->viewContext(), 20000)) {
+        state.SkipWithError("no archive");
+        return;
+    }
+    ArchiveContext &context = opened.value()->viewContext();
+    const QString folder = dir.filePath(QStringLiteral("Texte"));
+    QDir().mkpath(folder);
+    TitleGenerator generator(9);
+    QList<ImportProposal> proposals;
+    const QList<PoemPtr> poems = context.fetch();
+    for (int i = 0; i < 5000; ++i) {
+        const QString name = QStringLiteral("Gedicht %1.docx").arg(i);
+        QStringList lines;
+        for (int line = 0; line < 24; ++line)
+            lines.append(line % 5 == 4 ? QString() : generator.title());
+        lines.first().prepend(QLatin1Char('*'));
+        ImportTestSupport::writeDocx(QDir(folder).filePath(name), lines);
+        proposals.append(ImportTestSupport::proposalFor(name, poems.at(i * 4)));
+    }
+    ImportRunSettings settings;
+    settings.folder = folder;
+    settings.proposals = proposals;
+    settings.options.onlyIfPoemTextEmpty = false;
+    for (auto _ : state) {
+        QElapsedTimer clock;
+        clock.start();
+        ImportRun run(context, settings);
+        run.runToEnd();
+        const double seconds = double(clock.nsecsElapsed()) / 1e9;
+        state.counters["wall_s"] = seconds;
+        state.counters["files_per_s"] = double(run.counts().applied) / seconds;
+        state.counters["applied"] = run.counts().applied;
+    }
+    rusage self{};
+    rusage helpers{};
+    getrusage(RUSAGE_SELF, &self);
+    getrusage(RUSAGE_CHILDREN, &helpers);
+    const auto seconds = [](const timeval &time) { return double(time.tv_sec) + double(time.tv_usec) / 1e6; };
+    state.counters["peak_MiB"] = double(self.ru_maxrss) / 1024.0;
+    state.counters["helper_peak_MiB"] = double(helpers.ru_maxrss) / 1024.0;
+    // Whole-process figures, setup included: they tell a loaded machine from a slow import.
+    state.counters["cpu_s"] = seconds(self.ru_utime) + seconds(self.ru_stime);
+    state.counters["helper_cpu_s"] = seconds(helpers.ru_utime) + seconds(helpers.ru_stime);
+}
+BENCHMARK(BM_apply5000DocxTo20000Poems)->Unit(benchmark::kSecond)->Iterations(1)->UseRealTime();
 
 } // namespace

@@ -5,6 +5,8 @@
 #include "cli/CliTexts.h"
 #include "import/CSVImporter.h"
 #include "import/FolderScan.h"
+#include "import/ImportRun.h"
+#include "import/ImportUndo.h"
 #include "import/IsolatedDocumentExtractor.h"
 #include "import/PoemSnapshot.h"
 
@@ -27,22 +29,124 @@ int runExtract(CliInvocation &cli)
     return 0;
 }
 
+// The one folder named on the command line, scanned against the live poems.
+struct ScannedFolder {
+    ArchiveContext *context = nullptr;
+    FolderScanOutcome outcome;
+    std::optional<int> exitCode; // set when there is nothing to go on with
+};
+
+ScannedFolder scanNamedFolder(CliInvocation &cli, bool imagesOnly)
+{
+    ScannedFolder scanned;
+    if (!cli.finishOptions(1, 1)) {
+        scanned.exitCode = cli.usageError({});
+        return scanned;
+    }
+    const QString folder = cli.positional().at(0);
+    if (!QFileInfo(folder).isDir()) {
+        scanned.exitCode = cli.fail(CliTexts::tr("Ordner nicht gefunden: %1").arg(folder));
+        return scanned;
+    }
+    scanned.context = cli.archive();
+    if (!scanned.context) {
+        scanned.exitCode = 1;
+        return scanned;
+    }
+    scanned.outcome = FolderScan::run(folder, livePoemSnapshot(*scanned.context), imagesOnly);
+    return scanned;
+}
+
 int runScan(CliInvocation &cli)
 {
+    const ScannedFolder scanned = scanNamedFolder(cli, cli.takeFlag(QStringLiteral("--images")));
+    if (scanned.exitCode)
+        return *scanned.exitCode;
+    QJsonArray proposals;
+    for (const ImportProposal &proposal : scanned.outcome.proposals)
+        proposals.append(proposal.toJson());
+    cli.printRaw(ArchiveJson::encode(proposals) + '\n');
+    return 0;
+}
+
+template <typename T> bool takeNumber(CliInvocation &cli, const QString &name, T &target)
+{
+    const auto text = cli.takeOption(name);
+    if (!text)
+        return true;
+    bool ok = false;
+    const double value = text->toDouble(&ok);
+    if (!ok || value < 0)
+        return false;
+    target = T(value);
+    return true;
+}
+
+// The review's options from the command line; defaults as the review opens.
+std::optional<ImportReviewOptions> takeReviewOptions(CliInvocation &cli)
+{
+    ImportReviewOptions options;
+    options.importPDF = cli.takeFlag(QStringLiteral("--pdf"));
+    options.importDOCX = !cli.takeFlag(QStringLiteral("--no-docx"));
+    options.onlyIfPoemTextEmpty = !cli.takeFlag(QStringLiteral("--overwrite"));
+    options.docxThenPdfOnlyForStillEmpty = !cli.takeFlag(QStringLiteral("--one-pass"));
+    if (!takeNumber(cli, QStringLiteral("--min-score-pdf"), options.minScoreForPDF) ||
+        !takeNumber(cli, QStringLiteral("--min-margin-pdf"), options.minMarginForPDF) ||
+        !takeNumber(cli, QStringLiteral("--timeout-docx"), options.timeoutDOCX) ||
+        !takeNumber(cli, QStringLiteral("--timeout-pdf"), options.timeoutPDF))
+        return std::nullopt;
+    if (options.timeoutDOCX < 1 || options.timeoutPDF < 1)
+        return std::nullopt;
+    return options;
+}
+
+int runImport(CliInvocation &cli)
+{
     const bool imagesOnly = cli.takeFlag(QStringLiteral("--images"));
-    if (!cli.finishOptions(1, 1))
+    const auto options = takeReviewOptions(cli);
+    const QStringList assignments = cli.takeRepeatedOption(QStringLiteral("--assign"));
+    if (!options)
+        return cli.usageError(CliTexts::tr("Ungültige Zahl bei einer Option"));
+    ScannedFolder scanned = scanNamedFolder(cli, imagesOnly);
+    if (scanned.exitCode)
+        return *scanned.exitCode;
+    FolderScanOutcome &scan = scanned.outcome;
+    for (const QString &assignment : assignments) {
+        const qsizetype equals = assignment.lastIndexOf(QLatin1Char('='));
+        const QUuid id = equals > 0 ? QUuid::fromString(assignment.mid(equals + 1)) : QUuid();
+        if (id.isNull())
+            return cli.usageError(CliTexts::tr("--assign erwartet DATEI=ID: %1").arg(assignment));
+        const QString file = assignment.left(equals);
+        const auto proposal = std::find_if(scan.proposals.begin(), scan.proposals.end(),
+                                           [&file](const ImportProposal &p) { return p.relativePath == file; });
+        if (proposal == scan.proposals.end())
+            return cli.fail(CliTexts::tr("Datei nicht im Ordner gefunden: %1").arg(file));
+        proposal->chosenPoemObjectURI = uuidText(id);
+    }
+    ImportRunSettings settings;
+    settings.folder = scan.folder;
+    settings.proposals = std::move(scan.proposals);
+    settings.options = *options;
+    settings.imagesOnly = imagesOnly;
+    ImportRun run(*scanned.context, std::move(settings));
+    run.runToEnd();
+    if (!run.hasApplied() && run.statusText() != ImportRun::nothingToImportText())
+        return cli.fail(run.statusText());
+    cli.print(run.statusText());
+    return 0;
+}
+
+int runUndoImport(CliInvocation &cli)
+{
+    if (!cli.finishOptions(0, 0))
         return cli.usageError({});
-    const QString folder = cli.positional().at(0);
-    if (!QFileInfo(folder).isDir())
-        return cli.fail(CliTexts::tr("Ordner nicht gefunden: %1").arg(folder));
     ArchiveContext *context = cli.archive();
     if (!context)
         return 1;
-    const FolderScanOutcome outcome = FolderScan::run(folder, livePoemSnapshot(*context), imagesOnly);
-    QJsonArray proposals;
-    for (const ImportProposal &proposal : outcome.proposals)
-        proposals.append(proposal.toJson());
-    cli.printRaw(ArchiveJson::encode(proposals) + '\n');
+    const auto undone = ImportUndo::undoLastImport(*context);
+    if (!undone)
+        return cli.fail(undone.errorMessage());
+    cli.print(*undone);
     return 0;
 }
 
@@ -68,5 +172,10 @@ std::vector<CliCommand> importCommands()
         {QStringLiteral("extract"), QStringLiteral("extract FILE"), runExtract},
         {QStringLiteral("scan"), QStringLiteral("scan DIR [--images]"), runScan},
         {QStringLiteral("import-csv"), QStringLiteral("import-csv FILE"), runImportCsv},
+        {QStringLiteral("import"),
+         QStringLiteral("import DIR [--images] [--pdf] [--no-docx] [--overwrite] [--one-pass] [--min-score-pdf X] "
+                        "[--min-margin-pdf X] [--timeout-docx S] [--timeout-pdf S] [--assign FILE=ID]..."),
+         runImport},
+        {QStringLiteral("undo-import"), QStringLiteral("undo-import"), runUndoImport},
     };
 }

@@ -39,3 +39,8 @@ QString ExtractError::pdfCannotBeOpenedText()
 {
     return tr("PDF konnte nicht geöffnet werden.");
 }
+
+bool ExtractError::isEmptyTextMessage(const QString &message)
+{
+    return message == QLatin1String("Kein Text extrahiert (leer).") || message == emptyText().description();
+}

@@ -23,6 +23,8 @@ public:
     operator Error() const { return Error{description()}; }
 
     static QString pdfCannotBeOpenedText();
+    // The helper process answers in German whatever the window's language is.
+    static bool isEmptyTextMessage(const QString &message);
 
 private:
     ExtractError(Kind kind, QString detail) : m_kind(kind), m_detail(std::move(detail)) {}

@@ -12,6 +12,8 @@
 #include <QTimer>
 #include <QtEndian>
 
+#include <signal.h>
+
 namespace {
 
 constexpr quint32 replyMagic = 0x4F4C4558; // "OLEX"
@@ -107,13 +109,26 @@ bool IsolatedDocumentExtractor::ensureRunning(int timeoutMilliseconds, QString &
         stop();
         return false;
     }
+    const std::lock_guard lock(m_pidMutex);
+    m_pid = m_process->processId();
     return true;
+}
+
+void IsolatedDocumentExtractor::abort()
+{
+    const std::lock_guard lock(m_pidMutex);
+    if (m_pid > 0)
+        ::kill(pid_t(m_pid), SIGKILL);
 }
 
 void IsolatedDocumentExtractor::stop()
 {
     if (!m_process)
         return;
+    {
+        const std::lock_guard lock(m_pidMutex);
+        m_pid = 0;
+    }
     if (m_process->state() != QProcess::NotRunning) {
         m_process->closeWriteChannel(); // a healthy helper ends when its input ends
         if (!m_process->waitForFinished(200)) {

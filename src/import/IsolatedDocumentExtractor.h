@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 
 class QObject;
 class QProcess;
@@ -42,6 +43,9 @@ public:
 
     // Blocks the calling thread (never a window's main thread) until done or timed out.
     IsolatedExtraction extract(const QString &path, int timeoutMilliseconds);
+    // From any thread: ends the helper at once, so that extract() returns without waiting
+    // for its timeout (an import the poet cancelled).
+    void abort();
 
     // One file in a helper of its own; done runs on context's thread (which needs an event
     // loop) when the helper has answered, failed or timed out.
@@ -65,4 +69,8 @@ private:
     QString m_program;
     QStringList m_arguments;
     std::unique_ptr<QProcess> m_process;
+    // The helper's process id while it has not been reaped, so abort() never hits a
+    // recycled id.
+    std::mutex m_pidMutex;
+    qint64 m_pid = 0;
 };

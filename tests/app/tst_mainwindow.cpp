@@ -19,6 +19,8 @@
 #include "editor/PoemTextDocument.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
+#include "import/ImportStateFiles.h"
+#include "import/gui/ImportActions.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemModel>
@@ -376,6 +378,28 @@ private Q_SLOTS:
         MainWindow &window = openWindow();
         QVERIFY(!window.findChild<QLabel *>(QStringLiteral("readOnlyBanner")));
         QVERIFY(window.findChild<QAction *>(QStringLiteral("newPoemAction"))->isEnabled());
+    }
+
+    void lastImportIsOfferedFromStartUp()
+    {
+        const PoemPtr poem = storedPoem(QStringLiteral("Herbst"), QStringLiteral("neu"));
+        QVERIFY(ImportStateFiles::saveUndo({{*poem->id(), QStringLiteral("Herbst"), QStringLiteral("alt"), {}}}));
+        QVERIFY(QFile::remove(ImportStateFiles::reportPath()) || !QFile::exists(ImportStateFiles::reportPath()));
+        m_window = std::make_unique<MainWindow>(m_store->viewContext());
+        auto *operations = new ArchiveOperations(*m_window);
+        QSignalSpy started(m_window.get(), &MainWindow::startUpFinished);
+        m_window->show();
+        QVERIFY(started.wait(5000));
+        QVERIFY(m_window->hasPendingTextImportUndo());
+        QVERIFY(operations->imports()->undoAction()->isEnabled());
+        QVERIFY(!operations->imports()->reportAction()->isEnabled());
+        QVERIFY(m_window->fileMenu()->actions().contains(operations->imports()->undoAction()));
+
+        operations->imports()->undoAction()->trigger();
+        QCOMPARE(poem->text(), QStringLiteral("alt"));
+        QCOMPARE(m_window->statusText(),
+                 QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedichte wiederhergestellt."));
+        QVERIFY(!operations->imports()->undoAction()->isEnabled());
     }
 
     void detailEditorFormatsSavesAndSharesTheWindowsKeys()

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -98,6 +99,78 @@ private Q_SLOTS:
         QCOMPARE(outcome.exitCode, 1);
         QVERIFY(outcome.err.startsWith(QStringLiteral("Ordner nicht gefunden: ")));
         QCOMPARE(m_cli.run({QStringLiteral("scan"), QStringLiteral("--pictures"), QStringLiteral(".")}).exitCode, 2);
+    }
+
+    void importAppliesTheChosenFilesAndUndoTakesThemBack()
+    {
+        // An archive of its own: the other tests' poems would be candidates too.
+        QTemporaryDir dataDir;
+        const CliRunner cli(dataDir.path());
+        const auto add = [&cli](const QString &title) {
+            return cli.run({QStringLiteral("add"), QStringLiteral("--title"), title}).out.trimmed();
+        };
+        const QString herbst = add(QStringLiteral("Herbstlied"));
+        const QString other = add(QStringLiteral("Ganz anderes Gedicht"));
+        QTemporaryDir folder;
+        const QDir root(folder.path());
+        QVERIFY(
+            QFile::copy(dataPath(QStringLiteral("Herbstlied.docx")), root.filePath(QStringLiteral("Herbstlied.docx"))));
+        QVERIFY(
+            QFile::copy(dataPath(QStringLiteral("Abendstille.docx")), root.filePath(QStringLiteral("Entwurf.docx"))));
+        QVERIFY(QFile::copy(dataPath(QStringLiteral("Abendstille.pdf")), root.filePath(QStringLiteral("Entwurf.pdf"))));
+
+        const CliOutcome outcome = cli.run({QStringLiteral("import"), folder.path(), QStringLiteral("--assign"),
+                                            QStringLiteral("Entwurf.docx=") + other, QStringLiteral("--pdf"),
+                                            QStringLiteral("--timeout-docx"), QStringLiteral("5")});
+        QCOMPARE(outcome.exitCode, 0);
+        QVERIFY2(outcome.out.startsWith(QStringLiteral("Import fertig (2-Phasen): 2 gesetzt, 0 fehlgeschlagen.")),
+                 qPrintable(outcome.out));
+        QVERIFY(outcome.out.contains(QStringLiteral("Sicherheitsbackup: pre-text-import-")));
+        QCOMPARE(outcome.out.count(QLatin1Char('\n')), 1);
+        QFile expected(dataPath(QStringLiteral("Herbstlied.expected.txt")));
+        QVERIFY(expected.open(QIODevice::ReadOnly));
+        QCOMPARE(cli.show(herbst)[QStringLiteral("text")].toString(), QString::fromUtf8(expected.readAll()).trimmed());
+        QVERIFY(cli.show(herbst).contains(QStringLiteral("richTextData")));
+        QVERIFY(QFileInfo::exists(QDir(dataDir.path()).filePath(QStringLiteral("last_import_report.json"))));
+
+        // Without --overwrite a poem that has text is left alone.
+        const CliOutcome again = cli.run({QStringLiteral("import"), folder.path()});
+        QVERIFY2(again.out.contains(QStringLiteral("0 gesetzt")) &&
+                     again.out.contains(QStringLiteral("Übersprungen (hat Text): 1.")),
+                 qPrintable(again.out));
+        const CliOutcome overwrite = cli.run(
+            {QStringLiteral("import"), folder.path(), QStringLiteral("--overwrite"), QStringLiteral("--one-pass")});
+        QVERIFY2(overwrite.out.startsWith(QStringLiteral("Import fertig (1-Pass): 1 gesetzt")),
+                 qPrintable(overwrite.out));
+
+        const CliOutcome undone = cli.run({QStringLiteral("undo-import")});
+        QCOMPARE(undone.exitCode, 0);
+        QCOMPARE(undone.out, QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedichte wiederhergestellt.\n"));
+        QCOMPARE(cli.run({QStringLiteral("undo-import")}).out,
+                 QStringLiteral("Kein Import zum Rückgängigmachen vorhanden.\n"));
+    }
+
+    void importUsageAndFailures()
+    {
+        QCOMPARE(m_cli.run({QStringLiteral("import")}).exitCode, 2);
+        QCOMPARE(m_cli
+                     .run({QStringLiteral("import"), QStringLiteral("."), QStringLiteral("--min-score-pdf"),
+                           QStringLiteral("hoch")})
+                     .exitCode,
+                 2);
+        QCOMPARE(m_cli
+                     .run({QStringLiteral("import"), QStringLiteral("."), QStringLiteral("--assign"),
+                           QStringLiteral("a.docx=keine-id")})
+                     .exitCode,
+                 2);
+        const CliOutcome missing = m_cli.run({QStringLiteral("import"), m_dataDir.filePath(QStringLiteral("fehlt"))});
+        QCOMPARE(missing.exitCode, 1);
+        QVERIFY(missing.err.startsWith(QStringLiteral("Ordner nicht gefunden: ")));
+        QTemporaryDir empty;
+        const CliOutcome nothing = m_cli.run({QStringLiteral("import"), empty.path()});
+        QCOMPARE(nothing.exitCode, 0);
+        QCOMPARE(nothing.out, QStringLiteral("Nichts zu importieren.\n"));
+        QCOMPARE(m_cli.run({QStringLiteral("undo-import"), QStringLiteral("x")}).exitCode, 2);
     }
 };
 

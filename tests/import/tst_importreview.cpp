@@ -136,7 +136,6 @@ private Q_SLOTS:
         }
         QVERIFY(import);
         QVERIFY(!import->isEnabled());
-        QVERIFY(!import->toolTip().isEmpty());
         QSignalSpy requested(&review, &ImportReviewWindow::importRequested);
         review.setImportAvailable(true);
         QVERIFY(import->isEnabled());
@@ -144,6 +143,23 @@ private Q_SLOTS:
         QCOMPARE(requested.count(), 1);
         review.setImporting(true);
         QVERIFY(!import->isEnabled());
+        // While the run goes on, the window offers cancel instead of close.
+        QPushButton *cancel = nullptr;
+        for (QPushButton *button : review.findChildren<QPushButton *>()) {
+            if (button->text() == QLatin1String("Abbrechen"))
+                cancel = button;
+        }
+        QVERIFY(cancel && !cancel->isHidden());
+        QSignalSpy cancelled(&review, &ImportReviewWindow::cancelRequested);
+        cancel->click();
+        QCOMPARE(cancelled.count(), 1);
+        review.show();
+        review.reject();
+        QVERIFY2(review.isVisible(), "closing waits until the run has stopped");
+        review.setImporting(false);
+        QVERIFY(cancel->isHidden());
+        review.reject();
+        QVERIFY(!review.isVisible());
     }
 
     void choiceMenuSetsAndClearsTheChoice()

@@ -2,10 +2,13 @@
 
 #include "app/gui/FileManagerReveal.h"
 #include "app/gui/MainWindow.h"
+#include "app/gui/PoemDetailView.h"
 #include "backup/gui/BackupActions.h"
 #include "backup/gui/SafetyBackupWindow.h"
 #include "import/gui/CSVImportActions.h"
+#include "import/ImportStateFiles.h"
 #include "import/gui/FolderScanController.h"
+#include "import/gui/ImportActions.h"
 #include "import/gui/ImportReviewWindow.h"
 
 #include <QAction>
@@ -13,13 +16,21 @@
 
 ArchiveOperations::ArchiveOperations(MainWindow &window)
     : QObject(&window), m_backups(new BackupActions(window.context(), &window)),
-      m_folderScans(new FolderScanController(window.context(), &window))
+      m_folderScans(new FolderScanController(window.context(), &window)),
+      m_imports(new ImportActions(window.context(), *m_folderScans, &window))
 {
     // The sidebar lists the operations in the order the poet meets them.
     window.addSidebarAction(m_backups->createBackupAction());
     window.addSidebarAction(m_backups->restoreAction());
     window.addSidebarAction(m_folderScans->textScanAction());
     window.addSidebarAction(m_folderScans->imageScanAction());
+    window.addSidebarAction(m_imports->reportAction());
+    window.addSidebarAction(m_imports->undoAction());
+    QMenu *file = window.fileMenu();
+    QAction *beforeQuit = file->actions().constLast();
+    file->insertAction(beforeQuit, m_imports->reportAction());
+    file->insertAction(beforeQuit, m_imports->undoAction());
+    file->insertSeparator(beforeQuit);
 
     m_safetyBackups = new QAction(tr("Sicherheitsbackups…"), this);
     m_safetyBackups->setObjectName(QStringLiteral("safetyBackupsAction"));
@@ -43,6 +54,15 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
     connect(csvImport, &CSVImportActions::statusChanged, &window, &MainWindow::setStatus);
     connect(csvImport, &CSVImportActions::busyChanged, &window, &MainWindow::setBusy);
     connect(csvImport, &CSVImportActions::archiveChanged, &window, &MainWindow::reloadRows);
+    window.setPendingImportUndoCheck(&ImportStateFiles::hasPendingUndo);
+    window.setImportReportCheck([] { return ImportStateFiles::loadReport().has_value(); });
+    connect(&window, &MainWindow::pendingImportUndoChecked, m_imports, &ImportActions::setUndoAvailable);
+    connect(&window, &MainWindow::importReportChecked, m_imports, &ImportActions::setReportAvailable);
+    connect(m_imports, &ImportActions::statusChanged, &window, &MainWindow::setStatus);
+    connect(m_imports, &ImportActions::busyChanged, &window, &MainWindow::setBusy);
+    connect(m_imports, &ImportActions::archiveChanged, &window, &MainWindow::reloadRows);
+    connect(window.detailView(), &PoemDetailView::textImportRequested, m_imports,
+            [this, &window] { m_imports->importTextInto(window.detailView()->poem()); });
 }
 
 void ArchiveOperations::showSafetyBackups(MainWindow &window)

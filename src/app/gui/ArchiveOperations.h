@@ -4,11 +4,12 @@
 
 class BackupActions;
 class FolderScanController;
+class ImportActions;
 class MainWindow;
 class QAction;
 class QMenu;
 
-// Attaches the archive-wide operations (backup, restore, folder scans) to the library
+// Attaches the archive-wide operations (backup, restore, folder scans, imports) to the library
 // window: their actions go into the sidebar, their outcomes into its status line.
 class ArchiveOperations : public QObject {
     Q_OBJECT
@@ -19,6 +20,7 @@ public:
     BackupActions *backups() const { return m_backups; }
     FolderScanController *folderScans() const { return m_folderScans; }
     QAction *safetyBackupsAction() const { return m_safetyBackups; }
+    ImportActions *imports() const { return m_imports; }
 
 private:
     void showSafetyBackups(MainWindow &window);
@@ -27,4 +29,5 @@ private:
     BackupActions *m_backups;
     FolderScanController *m_folderScans;
     QAction *m_safetyBackups = nullptr;
+    ImportActions *m_imports;
 };

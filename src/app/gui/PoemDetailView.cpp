@@ -255,11 +255,16 @@ QWidget *PoemDetailView::makeEditorPage()
     exportButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     exportButton->setPopupMode(QToolButton::InstantPopup);
     exportButton->setMenu(m_exportActions->exportMenu());
+    m_importText = new QPushButton(ThemeIcon::named(QStringLiteral("document-import")), tr("Text importieren…"), page);
+    m_importText->setObjectName(QStringLiteral("importTextButton"));
+    m_importText->setToolTip(tr("Den Text dieses Gedichts aus einer DOCX-, PDF- oder Textdatei übernehmen"));
+    connect(m_importText, &QPushButton::clicked, this, &PoemDetailView::textImportRequested);
     m_saveStatus = new QLabel(page);
     m_saveStatus->setObjectName(QStringLiteral("saveStatus"));
     footer->addWidget(m_duplicate);
     footer->addWidget(m_trash);
     footer->addWidget(exportButton);
+    footer->addWidget(m_importText);
     footer->addStretch(1);
     footer->addWidget(m_saveStatus);
     layout->addLayout(footer);
@@ -284,6 +289,7 @@ void PoemDetailView::showPoem(const PoemPtr &poem)
          std::initializer_list<QWidget *>{m_title, m_category, m_noDate, m_published, m_podcast, m_duplicate, m_trash})
         field->setEnabled(!readOnly);
     m_notes->setReadOnly(readOnly);
+    m_importText->setEnabled(!m_poem->isInTrash() && !readOnly);
     m_editor->setPoem(m_poem);
     m_pages->setCurrentIndex(1);
 }

@@ -44,6 +44,7 @@ public:
     QCheckBox *publishedToggle() const { return m_published; }
     QCheckBox *podcastToggle() const { return m_podcast; }
     QCheckBox *noDateToggle() const { return m_noDate; }
+    QPushButton *importTextButton() const { return m_importText; }
     QDateEdit *dateField() const { return m_date; }
     QPlainTextEdit *notesField() const { return m_notes; }
     PoemEditorPane *editorPane() const { return m_editor; }
@@ -61,6 +62,8 @@ Q_SIGNALS:
     void statusMessage(const QString &message);
     // An exported file, for the window's "show in file manager".
     void fileWritten(const QString &path);
+    // "Text importieren…": a document's text for this poem.
+    void textImportRequested();
 
 private:
     QWidget *makeEditorPage();
@@ -91,4 +94,5 @@ private:
     QLabel *m_saveStatus = nullptr;
     QPushButton *m_duplicate = nullptr;
     QPushButton *m_trash = nullptr;
+    QPushButton *m_importText = nullptr;
 };

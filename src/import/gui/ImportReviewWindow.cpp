@@ -18,6 +18,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -214,6 +215,7 @@ QWidget *ImportReviewWindow::makeList()
 QGroupBox *ImportReviewWindow::makeOptions()
 {
     auto *box = new QGroupBox(tr("Importoptionen"), this);
+    m_optionsBox = box;
     box->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto *columns = new QHBoxLayout(box);
     columns->setSpacing(24);
@@ -283,9 +285,23 @@ QWidget *ImportReviewWindow::makeFooter()
     auto *texts = new QVBoxLayout;
     m_status = new QLabel(footer);
     m_progress = hintLabel(QString(), footer);
+    m_progressBar = new QProgressBar(footer);
+    m_progressBar->setTextVisible(true);
+    m_progressBar->setFormat(tr("%v von %m"));
+    m_progressBar->hide();
     texts->addWidget(m_status);
+    texts->addWidget(m_progressBar);
     texts->addWidget(m_progress);
     layout->addLayout(texts, 1);
+    m_cancelButton = new QPushButton(tr("Abbrechen"), footer);
+    m_cancelButton->setAutoDefault(false);
+    m_cancelButton->setToolTip(tr("Hält nach der Datei an, die gerade gelesen wird; Übernommenes bleibt."));
+    m_cancelButton->hide();
+    layout->addWidget(m_cancelButton);
+    connect(m_cancelButton, &QPushButton::clicked, this, [this] {
+        m_cancelButton->setEnabled(false);
+        Q_EMIT cancelRequested();
+    });
     m_closeButton = new QPushButton(tr("Schließen"), footer);
     m_importButton = new QPushButton(m_imagesOnly ? tr("Bilder anhängen") : tr("Importieren"), footer);
     m_importButton->setDefault(false);
@@ -430,7 +446,6 @@ void ImportReviewWindow::setImportAvailable(bool available)
 {
     m_importAvailable = available;
     m_importButton->setEnabled(available && !m_importing);
-    m_importButton->setToolTip(available ? QString() : tr("Das Übernehmen der Texte folgt in einer späteren Version."));
 }
 
 void ImportReviewWindow::setImporting(bool importing)
@@ -438,13 +453,17 @@ void ImportReviewWindow::setImporting(bool importing)
     m_importing = importing;
     m_importButton->setEnabled(m_importAvailable && !importing);
     m_closeButton->setEnabled(!importing);
-    for (QWidget *control : {static_cast<QWidget *>(m_importDOCX), static_cast<QWidget *>(m_importPDF),
-                             static_cast<QWidget *>(m_onlyIfEmpty)}) {
-        if (control)
-            control->setEnabled(!importing);
+    m_cancelButton->setVisible(importing);
+    m_cancelButton->setEnabled(importing);
+    if (importing) {
+        m_progressBar->setRange(0, 0);
+        m_progressBar->show();
     }
-    if (m_importPDF)
-        updatePdfControls();
+    m_table->setEnabled(!importing);
+    m_filterButtons->buttons().constFirst()->parentWidget()->setEnabled(!importing);
+    // The run reads the options once; changing them meanwhile would only mislead.
+    if (m_optionsBox)
+        m_optionsBox->setEnabled(!importing);
 }
 
 void ImportReviewWindow::setStatusText(const QString &text)
@@ -455,4 +474,19 @@ void ImportReviewWindow::setStatusText(const QString &text)
 void ImportReviewWindow::setProgressText(const QString &text)
 {
     m_progress->setText(text);
+}
+
+void ImportReviewWindow::setProgress(const QString &text, int done, int total)
+{
+    setProgressText(text);
+    m_progressBar->setRange(0, std::max(total, 1));
+    m_progressBar->setValue(done);
+    m_progressBar->show();
+}
+
+void ImportReviewWindow::reject()
+{
+    if (m_importing)
+        return;
+    QDialog::reject();
 }

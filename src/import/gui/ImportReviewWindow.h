@@ -18,13 +18,14 @@ class QDoubleSpinBox;
 class QGroupBox;
 class QLabel;
 class QMenu;
+class QProgressBar;
 class QPushButton;
 class QStackedWidget;
 class QTableView;
 
 // The review after a folder scan: one row per file with the poem it goes into, a filter,
-// a choice menu per row and the import options. Applying the import is connected through
-// importRequested(); until something listens, the import button stays disabled.
+// a choice menu per row and the import options. The import itself is started through
+// importRequested(); while it runs, the window shows its progress and offers to cancel.
 class ImportReviewWindow : public QDialog {
     Q_OBJECT
 
@@ -53,11 +54,18 @@ public:
     void setImporting(bool importing);
     void setStatusText(const QString &text);
     void setProgressText(const QString &text);
+    void setProgress(const QString &text, int done, int total);
+    bool isImporting() const { return m_importing; }
 
     static QString headerText(int scannedFilesCount, qsizetype proposalCount);
 
 Q_SIGNALS:
     void importRequested();
+    void cancelRequested();
+
+public Q_SLOTS:
+    // Closing is not offered while the import runs; cancel comes first.
+    void reject() override;
 
 private:
     QWidget *makeHeader(const FolderScanOutcome &scan);
@@ -88,9 +96,12 @@ private:
     QLabel *m_timeoutDOCXLabel = nullptr;
     QLabel *m_timeoutPDFLabel = nullptr;
     QList<QWidget *> m_pdfControls;
+    QGroupBox *m_optionsBox = nullptr;
     ImportReviewOptions m_options;
     QLabel *m_status = nullptr;
     QLabel *m_progress = nullptr;
+    QProgressBar *m_progressBar = nullptr;
+    QPushButton *m_cancelButton = nullptr;
     QPushButton *m_importButton = nullptr;
     QPushButton *m_closeButton = nullptr;
     std::optional<qsizetype> m_activeProposalIndex;

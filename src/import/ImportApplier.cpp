@@ -1,0 +1,66 @@
+#include "import/ImportApplier.h"
+
+#include "archive/ArchiveContext.h"
+
+ImportApplier::ImportApplier(ArchiveContext &context, UndoWriter writeUndo, int batchSize)
+    : m_context(context), m_writeUndo(std::move(writeUndo)), m_batchSize(std::max(1, batchSize)),
+      m_clock([] { return QDateTime::currentDateTimeUtc(); })
+{
+    // Trashed poems too: a file chosen for a poem that went to the trash still finds it.
+    for (const PoemPtr &poem : context.fetch()) {
+        if (poem->id())
+            m_poemMap.insert(*poem->id(), poem);
+    }
+}
+
+bool ImportApplier::hasText(const QUuid &id) const
+{
+    const PoemPtr poem = m_poemMap.value(id);
+    return poem && !poem->text().value_or(QString()).trimmed().isEmpty();
+}
+
+ImportApplier::Outcome ImportApplier::apply(const QUuid &poemID, const QString &text,
+                                            const std::optional<QByteArray> &richTextData, bool onlyIfEmpty)
+{
+    const PoemPtr poem = m_poemMap.value(poemID);
+    if (!poem)
+        return {};
+    if (onlyIfEmpty && hasText(poemID))
+        return {false, true, std::nullopt};
+    if (!m_recorded.contains(poemID)) {
+        m_recorded.insert(poemID);
+        m_undoItems.append({poemID, poem->title().value_or(QString()), poem->text(), poem->richTextData()});
+    }
+    poem->setText(text);
+    poem->setRichTextData(richTextData);
+    poem->setUpdatedAt(m_clock());
+    ++m_pending;
+    Outcome outcome{true, false, std::nullopt};
+    if (m_pending >= m_batchSize) {
+        if (auto committed = commit(); !committed)
+            outcome.saveError = committed.errorMessage();
+    }
+    return outcome;
+}
+
+Result<void> ImportApplier::finalize()
+{
+    if (m_pending == 0 && m_undoItemsOnDisk == m_undoItems.size())
+        return {};
+    return commit();
+}
+
+Result<void> ImportApplier::commit()
+{
+    // The record first: a batch in the store whose previous texts are not on disk could
+    // never be undone.
+    if (m_undoItemsOnDisk != m_undoItems.size()) {
+        if (auto written = m_writeUndo(m_undoItems); !written)
+            return written;
+        m_undoItemsOnDisk = m_undoItems.size();
+    }
+    if (auto saved = m_context.save(); !saved)
+        return saved;
+    m_pending = 0;
+    return {};
+}

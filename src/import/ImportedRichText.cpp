@@ -1,0 +1,60 @@
+#include "import/ImportedRichText.h"
+
+#include "editor/PoemRichText.h"
+
+#include <QTextBlockFormat>
+#include <QTextCursor>
+
+namespace {
+
+QTextCharFormat editorFormat(const TextAttributes &attributes, const QTextCharFormat &defaults)
+{
+    QTextCharFormat format = defaults;
+    if (attributes.bold)
+        format.setFontWeight(QFont::Bold);
+    if (attributes.italic)
+        format.setFontItalic(true);
+    if (attributes.underline)
+        format.setFontUnderline(true);
+    if (attributes.pointSize > 0)
+        format.setFontPointSize(attributes.pointSize);
+    return format;
+}
+
+QTextBlockFormat paragraphFormat(const TextAttributes &attributes)
+{
+    QTextBlockFormat format;
+    format.setAlignment(attributes.alignment & Qt::AlignHorizontal_Mask);
+    return format;
+}
+
+} // namespace
+
+Result<QByteArray> ImportedRichText::encode(const AttributedText &text, const QTextCharFormat &editorDefaults)
+{
+    PoemTextDocument document;
+    document.setUndoRedoEnabled(false);
+    document.setDefaultFont(editorDefaults.font());
+    QTextCursor cursor(&document);
+    cursor.setBlockCharFormat(editorDefaults);
+    bool paragraphStarted = false;
+    for (const TextRun &run : text.runs()) {
+        const QTextCharFormat format = editorFormat(run.attributes, editorDefaults);
+        const QList<QStringView> lines = QStringView(run.text).split(QLatin1Char('\n'));
+        for (qsizetype i = 0; i < lines.size(); ++i) {
+            if (i > 0) {
+                cursor.insertBlock(QTextBlockFormat(), format);
+                paragraphStarted = false;
+            }
+            if (lines.at(i).isEmpty())
+                continue;
+            if (!paragraphStarted) {
+                // A paragraph takes its alignment from its first run, as the reader set it.
+                cursor.setBlockFormat(paragraphFormat(run.attributes));
+                paragraphStarted = true;
+            }
+            cursor.insertText(lines.at(i).toString(), format);
+        }
+    }
+    return PoemRichText::encode(document);
+}

@@ -1,0 +1,113 @@
+#include "import/gui/ImportReportWindow.h"
+
+#include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLocale>
+#include <QPlainTextEdit>
+#include <QTableWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace {
+
+QLabel *wrappedLabel(const QString &text, QWidget *parent)
+{
+    auto *label = new QLabel(text, parent);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
+
+QIcon statusIcon(ImportReport::Status status)
+{
+    switch (status) {
+    case ImportReport::Status::imported:
+        return QIcon::fromTheme(QStringLiteral("emblem-ok"), QIcon::fromTheme(QStringLiteral("dialog-ok")));
+    case ImportReport::Status::skipped:
+        return QIcon::fromTheme(QStringLiteral("dialog-information"));
+    case ImportReport::Status::failed:
+        return QIcon::fromTheme(QStringLiteral("dialog-warning"));
+    }
+    return {};
+}
+
+} // namespace
+
+ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString &technicalDetails, QWidget *parent)
+    : QDialog(parent)
+{
+    setWindowTitle(report.title);
+    resize(860, 600);
+    setSizeGripEnabled(true);
+    auto *layout = new QVBoxLayout(this);
+    layout->setSpacing(8);
+
+    auto *headline = new QLabel(report.headline(), this);
+    headline->setObjectName(QStringLiteral("reportHeadline"));
+    QFont headlineFont = headline->font();
+    headlineFont.setBold(true);
+    headlineFont.setPointSizeF(headlineFont.pointSizeF() * 1.3);
+    headline->setFont(headlineFont);
+    layout->addWidget(headline);
+
+    const QString when = QLocale().toString(report.createdAt.toLocalTime(), QLocale::ShortFormat);
+    auto *subtitle = new QLabel(tr("%1 – %2").arg(report.title, when), this);
+    subtitle->setForegroundRole(QPalette::PlaceholderText);
+    layout->addWidget(subtitle);
+    auto *summary = wrappedLabel(report.summary, this);
+    summary->setObjectName(QStringLiteral("reportSummary"));
+    layout->addWidget(summary);
+    auto *checked = new QLabel(report.checkedFilesText(), this);
+    checked->setObjectName(QStringLiteral("reportCheckedFiles"));
+    layout->addWidget(checked);
+
+    m_items = new QTableWidget(int(report.items.size()), 4, this);
+    m_items->setHorizontalHeaderLabels({tr("Status"), tr("Datei"), tr("Gedicht"), tr("Grund")});
+    m_items->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_items->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_items->setAlternatingRowColors(true);
+    m_items->setShowGrid(false);
+    m_items->setWordWrap(false);
+    m_items->verticalHeader()->hide();
+    m_items->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    for (int row = 0; row < report.items.size(); ++row) {
+        const ImportReport::Item &item = report.items.at(row);
+        m_items->setItem(row, 0,
+                         new QTableWidgetItem(statusIcon(item.status), ImportReport::displayTitle(item.status)));
+        m_items->setItem(row, 1, new QTableWidgetItem(item.fileName));
+        m_items->setItem(row, 2, new QTableWidgetItem(item.poemTitle));
+        m_items->setItem(row, 3, new QTableWidgetItem(item.reason.value_or(QString())));
+        m_items->item(row, 1)->setToolTip(item.fileName);
+        m_items->item(row, 3)->setToolTip(item.reason.value_or(QString()));
+    }
+    m_items->resizeColumnToContents(0);
+    m_items->setColumnWidth(1, 260);
+    m_items->setColumnWidth(2, 220);
+    m_items->horizontalHeader()->setStretchLastSection(true);
+    layout->addWidget(m_items, 1);
+
+    m_detailsToggle = new QToolButton(this);
+    m_detailsToggle->setText(tr("Technische Details"));
+    m_detailsToggle->setCheckable(true);
+    m_detailsToggle->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_detailsToggle->setArrowType(Qt::RightArrow);
+    m_detailsToggle->setAutoRaise(true);
+    m_details = new QPlainTextEdit(technicalDetails, this);
+    m_details->setReadOnly(true);
+    m_details->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_details->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_details->setMaximumHeight(180);
+    m_details->hide();
+    connect(m_detailsToggle, &QToolButton::toggled, this, [this](bool open) {
+        m_details->setVisible(open);
+        m_detailsToggle->setArrowType(open ? Qt::DownArrow : Qt::RightArrow);
+    });
+    layout->addWidget(m_detailsToggle, 0, Qt::AlignLeft);
+    layout->addWidget(m_details);
+
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    layout->addWidget(buttons);
+}
