@@ -17,6 +17,25 @@
     </message>
 </context>
 <context>
+    <name>AnalysisActions</name>
+    <message>
+        <source>Duplikate prüfen</source>
+        <translation>Check for Duplicates</translation>
+    </message>
+    <message>
+        <source>Gleiche und sehr ähnliche Titel im Archiv finden; es wird nichts verändert</source>
+        <translation>Find identical and very similar titles in the archive; nothing is changed</translation>
+    </message>
+    <message>
+        <source>Statistik</source>
+        <translation>Statistics</translation>
+    </message>
+    <message>
+        <source>Wie vollständig das Archiv ist, gesamt und je Kategorie</source>
+        <translation>How complete the archive is, overall and per category</translation>
+    </message>
+</context>
+<context>
     <name>ApplicationSupport</name>
     <message>
         <source>Ordner konnte nicht angelegt werden: %1</source>
@@ -350,6 +369,100 @@
     <message>
         <source>Dokumenttypdefinitionen werden nicht gelesen.</source>
         <translation>Document type definitions are not read.</translation>
+    </message>
+</context>
+<context>
+    <name>DuplicateChecker</name>
+    <message>
+        <source>Duplikatprüfung: %1 gleiche Titel, %2 ähnliche Titel gefunden.</source>
+        <translation>Duplicate check: %1 identical titles, %2 similar titles found.</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte geprüft. %2 gleiche Titel, %3 ähnliche Titel gefunden. Es wurde nichts verändert.</source>
+        <translation>%1 poems checked. %2 identical titles, %3 similar titles found. Nothing was changed.</translation>
+    </message>
+    <message>
+        <source>Keine Auffälligkeiten gefunden</source>
+        <translation>Nothing Unusual Found</translation>
+    </message>
+    <message>
+        <source>Die Prüfung hat keine gleichen oder sehr ähnlichen Titel gefunden.</source>
+        <translation>The check found no identical or very similar titles.</translation>
+    </message>
+    <message>
+        <source>Gleicher Titel „%1“:</source>
+        <translation>Identical title “%1”:</translation>
+    </message>
+    <message>
+        <source>Ähnliche Titel (%1 %):</source>
+        <translation>Similar titles (%1 %):</translation>
+    </message>
+</context>
+<context>
+    <name>DuplicateReportWindow</name>
+    <message>
+        <source>Gedicht ohne Titel</source>
+        <translation>Untitled Poem</translation>
+    </message>
+    <message>
+        <source>Duplikate prüfen</source>
+        <translation>Check for Duplicates</translation>
+    </message>
+    <message>
+        <source>Duplikatprüfung</source>
+        <translation>Duplicate Check</translation>
+    </message>
+    <message>
+        <source>Titel</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>Datum</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>Kategorie</source>
+        <translation>Category</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Doppelklick auf ein Gedicht zeigt es in der Bibliothek.</source>
+        <translation>Double-click a poem to show it in the library.</translation>
+    </message>
+    <message>
+        <source>In der Bibliothek zeigen</source>
+        <translation>Show in Library</translation>
+    </message>
+    <message>
+        <source>Gleiche Titel (%1)</source>
+        <translation>Identical Titles (%1)</translation>
+    </message>
+    <message>
+        <source>„%1“ – %2 Gedichte</source>
+        <translation>“%1” – %2 poems</translation>
+    </message>
+    <message>
+        <source>Ähnliche Titel (%1)</source>
+        <translation>Similar Titles (%1)</translation>
+    </message>
+    <message>
+        <source>%1 % ähnlich</source>
+        <translation>%1 % similar</translation>
+    </message>
+    <message>
+        <source>ohne Datum</source>
+        <translation>no date</translation>
+    </message>
+    <message>
+        <source>ja</source>
+        <translation>yes</translation>
+    </message>
+    <message>
+        <source>fehlt</source>
+        <translation>missing</translation>
     </message>
 </context>
 <context>
@@ -989,6 +1102,39 @@ Qt %4</translation>
         <source>Änderungen konnten nicht gespeichert werden: %1</source>
         <translation>Changes could not be saved: %1</translation>
     </message>
+    <message>
+        <source>&amp;Archiv</source>
+        <translation>&amp;Archive</translation>
+    </message>
+</context>
+<context>
+    <name>OdeLeafReaderPackageCodec</name>
+    <message>
+        <source>Das Feld „%1“ fehlt oder hat einen falschen Typ.</source>
+        <translation>The field “%1” is missing or has the wrong type.</translation>
+    </message>
+    <message>
+        <source>Die Datei ist kein Reader-Paket: %1</source>
+        <translation>The file is not a reader package: %1</translation>
+    </message>
+</context>
+<context>
+    <name>OdeLeafReaderPackageExporter</name>
+    <message numerus="yes">
+        <source>Reader-Paket erstellt: %n Gedichte gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Reader package created: %n poem saved. File: %1</numerusform>
+            <numerusform>Reader package created: %n poems saved. File: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Reader-Paket konnte nicht erstellt werden: %1</source>
+        <translation>Reader package could not be created: %1</translation>
+    </message>
+    <message>
+        <source>Reader-Paket abgebrochen.</source>
+        <translation>Reader package canceled.</translation>
+    </message>
 </context>
 <context>
     <name>ParagraphSpacingOption</name>
@@ -1526,6 +1672,25 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>ReaderPackageAction</name>
+    <message>
+        <source>Reader-Paket exportieren…</source>
+        <translation>Export Reader Package…</translation>
+    </message>
+    <message>
+        <source>Alle Gedichte außerhalb des Papierkorbs für die App „OdeLeaf Reader“ speichern</source>
+        <translation>Save all poems outside the Trash for the “OdeLeaf Reader” app</translation>
+    </message>
+    <message>
+        <source>OdeLeaf Reader-Paket speichern</source>
+        <translation>Save OdeLeaf Reader Package</translation>
+    </message>
+    <message>
+        <source>OdeLeaf Reader-Pakete (*.odeleafreader)</source>
+        <translation>OdeLeaf Reader Packages (*.odeleafreader)</translation>
+    </message>
+</context>
+<context>
     <name>RestoreMode</name>
     <message>
         <source>Nur fehlende ergänzen</source>
@@ -1676,6 +1841,194 @@ Qt %4</translation>
     <message>
         <source>Podcast</source>
         <translation>Podcast</translation>
+    </message>
+</context>
+<context>
+    <name>StatisticsPdfWriter</name>
+    <message>
+        <source>PDF konnte nicht erstellt werden.</source>
+        <translation>PDF could not be created.</translation>
+    </message>
+</context>
+<context>
+    <name>StatisticsReport</name>
+    <message>
+        <source>Alle Gedichte haben Text und Datum.</source>
+        <translation>All poems have text and a date.</translation>
+    </message>
+    <message>
+        <source>%1 ohne Text</source>
+        <translation>%1 without text</translation>
+    </message>
+    <message>
+        <source>%1 ohne Datum</source>
+        <translation>%1 without date</translation>
+    </message>
+    <message>
+        <source>Erstellt: %1</source>
+        <translation>Created: %1</translation>
+    </message>
+    <message>
+        <source>Gedichte gesamt: %1</source>
+        <translation>Poems in total: %1</translation>
+    </message>
+    <message>
+        <source>Mit Text: %1</source>
+        <translation>With text: %1</translation>
+    </message>
+    <message>
+        <source>Ohne Text: %1</source>
+        <translation>Without text: %1</translation>
+    </message>
+    <message>
+        <source>Mit Datum: %1</source>
+        <translation>With date: %1</translation>
+    </message>
+    <message>
+        <source>Ohne Datum: %1</source>
+        <translation>Without date: %1</translation>
+    </message>
+    <message>
+        <source>Veröffentlicht: %1</source>
+        <translation>Published: %1</translation>
+    </message>
+    <message>
+        <source>Nicht veröffentlicht: %1</source>
+        <translation>Not published: %1</translation>
+    </message>
+    <message>
+        <source>Im Podcast: %1</source>
+        <translation>In the podcast: %1</translation>
+    </message>
+    <message>
+        <source>Nicht im Podcast: %1</source>
+        <translation>Not in the podcast: %1</translation>
+    </message>
+    <message>
+        <source>Zuletzt geändert: %1</source>
+        <translation>Last modified: %1</translation>
+    </message>
+    <message>
+        <source>Kategorien</source>
+        <translation>Categories</translation>
+    </message>
+    <message>
+        <source>%1: %2 gesamt, %3 mit Text, %4 ohne Text, %5 ohne Datum</source>
+        <translation>%1: %2 in total, %3 with text, %4 without text, %5 without date</translation>
+    </message>
+    <message>
+        <source>OdeLeaf Statistik</source>
+        <translation>OdeLeaf Statistics</translation>
+    </message>
+    <message>
+        <source>Noch zu erledigen</source>
+        <translation>Still to Do</translation>
+    </message>
+    <message>
+        <source>Alles vollständig</source>
+        <translation>Everything Complete</translation>
+    </message>
+    <message>
+        <source>Statistik gespeichert: %1</source>
+        <translation>Statistics saved: %1</translation>
+    </message>
+    <message>
+        <source>Statistik konnte nicht gespeichert werden: %1</source>
+        <translation>Statistics could not be saved: %1</translation>
+    </message>
+    <message>
+        <source>Statistik-PDF gespeichert: %1</source>
+        <translation>Statistics PDF saved: %1</translation>
+    </message>
+    <message>
+        <source>Statistik-PDF konnte nicht gespeichert werden: %1</source>
+        <translation>Statistics PDF could not be saved: %1</translation>
+    </message>
+</context>
+<context>
+    <name>StatisticsWindow</name>
+    <message>
+        <source>Statistik</source>
+        <translation>Statistics</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Gedichte im Archiv</source>
+        <translation>
+            <numerusform>%n poem in the archive</numerusform>
+            <numerusform>%n poems in the archive</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Stand: %1</source>
+        <translation>As of %1</translation>
+    </message>
+    <message>
+        <source>Zuletzt geändert: %1</source>
+        <translation>Last modified: %1</translation>
+    </message>
+    <message>
+        <source>Als JSON speichern…</source>
+        <translation>Save as JSON…</translation>
+    </message>
+    <message>
+        <source>Als PDF speichern…</source>
+        <translation>Save as PDF…</translation>
+    </message>
+    <message>
+        <source>Mit Text</source>
+        <translation>With Text</translation>
+    </message>
+    <message>
+        <source>Ohne Text</source>
+        <translation>Without Text</translation>
+    </message>
+    <message>
+        <source>Mit Datum</source>
+        <translation>With Date</translation>
+    </message>
+    <message>
+        <source>Ohne Datum</source>
+        <translation>Without Date</translation>
+    </message>
+    <message>
+        <source>Veröffentlicht</source>
+        <translation>Published</translation>
+    </message>
+    <message>
+        <source>Im Podcast</source>
+        <translation>In the Podcast</translation>
+    </message>
+    <message>
+        <source>Nicht veröffentlicht: %1 · Nicht im Podcast: %2</source>
+        <translation>Not published: %1 · Not in the podcast: %2</translation>
+    </message>
+    <message>
+        <source>Kategorien</source>
+        <translation>Categories</translation>
+    </message>
+    <message>
+        <source>Kategorie</source>
+        <translation>Category</translation>
+    </message>
+    <message>
+        <source>Gesamt</source>
+        <translation>Total</translation>
+    </message>
+    <message>
+        <source>Statistik als JSON speichern</source>
+        <translation>Save Statistics as JSON</translation>
+    </message>
+    <message>
+        <source>JSON-Dateien (*.json)</source>
+        <translation>JSON Files (*.json)</translation>
+    </message>
+    <message>
+        <source>Statistik als PDF speichern</source>
+        <translation>Save Statistics as PDF</translation>
+    </message>
+    <message>
+        <source>PDF-Dateien (*.pdf)</source>
+        <translation>PDF Files (*.pdf)</translation>
     </message>
 </context>
 <context>

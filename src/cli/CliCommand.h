@@ -19,3 +19,4 @@ std::vector<CliCommand> backupCommands();
 std::vector<CliCommand> importCommands();
 std::vector<CliCommand> libraryCommands();
 std::vector<CliCommand> editorCommands();
+std::vector<CliCommand> analysisCommands();

@@ -43,6 +43,11 @@ public:
     bool isBusy() const;
     // One line in the sidebar's action section; the section shows once it has one.
     void addSidebarAction(QAction *action);
+    // One entry in the "Archiv" menu, which appears with its first entry.
+    void addArchiveMenuAction(QAction *action);
+    // Selects the poem in the list, stepping out of a search, scope or category that
+    // hides it; a poem in the trash or unknown is ignored.
+    void showPoemInLibrary(const QString &objectID);
     // Rebuilds counts, category filters and rows, keeping the selection.
     void reloadRows();
     // Start-up checks of the last import's state files: each answers whether its file
@@ -113,6 +118,7 @@ private:
     QMenu *m_editMenu = nullptr;
     QMenu *m_viewMenu = nullptr;
     QMenu *m_helpMenu = nullptr;
+    QMenu *m_archiveMenu = nullptr;
 
     QAction *m_newPoemAction = nullptr;
     QAction *m_duplicateAction = nullptr;
