@@ -1,10 +1,10 @@
 #include "analysis/gui/StatisticsWindow.h"
 
 #include "app/gui/AppIcon.h"
+#include "app/gui/SaveFileDialog.h"
 #include "archive/AppPreferences.h"
 
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QFrame>
 #include <QGridLayout>
@@ -191,29 +191,14 @@ void StatisticsWindow::savePdf()
 
 QString StatisticsWindow::chooseJsonDestination(const QString &proposedPath)
 {
-    return askForDestination(tr("Statistik als JSON speichern"), tr("JSON-Dateien (*.json)"), QStringLiteral("json"),
-                             proposedPath);
+    return SaveFileDialog::ask(this, tr("Statistik als JSON speichern"), tr("JSON-Dateien (*.json)"),
+                               QStringLiteral("json"), proposedPath);
 }
 
 QString StatisticsWindow::choosePdfDestination(const QString &proposedPath)
 {
-    return askForDestination(tr("Statistik als PDF speichern"), tr("PDF-Dateien (*.pdf)"), QStringLiteral("pdf"),
-                             proposedPath);
-}
-
-QString StatisticsWindow::askForDestination(const QString &title, const QString &filter, const QString &suffix,
-                                            const QString &proposedPath)
-{
-    QFileDialog dialog(this, title);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setNameFilter(filter);
-    dialog.setDefaultSuffix(suffix);
-    dialog.setDirectory(QFileInfo(proposedPath).absolutePath());
-    dialog.selectFile(QFileInfo(proposedPath).fileName());
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return dialog.selectedFiles().value(0);
+    return SaveFileDialog::ask(this, tr("Statistik als PDF speichern"), tr("PDF-Dateien (*.pdf)"),
+                               QStringLiteral("pdf"), proposedPath);
 }
 
 QString StatisticsWindow::proposedPath(const QString &fileName) const

@@ -38,8 +38,6 @@ private:
     void addCountRow(QGridLayout *grid, int row, const QString &label, int count, double share);
     QString proposedPath(const QString &fileName) const;
     void rememberFolderOf(const QString &path) const;
-    QString askForDestination(const QString &title, const QString &filter, const QString &suffix,
-                              const QString &proposedPath);
 
     StatisticsReport m_report;
     QTreeWidget *m_categories = nullptr;

@@ -1,14 +1,15 @@
 #include "export/gui/ReaderPackageAction.h"
 
+#include "app/gui/SaveFileDialog.h"
 #include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
 #include "export/OdeLeafReaderPackageExporter.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QWidget>
 
 ReaderPackageAction::ReaderPackageAction(ArchiveContext &context, QWidget *window)
     : QObject(window), m_context(context), m_window(window), m_clock([] { return QDateTime::currentDateTime(); })
@@ -45,14 +46,7 @@ void ReaderPackageAction::exportPackage()
 
 QString ReaderPackageAction::chooseDestination(const QString &proposedPath)
 {
-    QFileDialog dialog(m_window, tr("OdeLeaf Reader-Paket speichern"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setNameFilter(tr("OdeLeaf Reader-Pakete (*.odeleafreader)"));
-    dialog.setDefaultSuffix(OdeLeafReaderPackageExporter::fileExtension());
-    dialog.setDirectory(QFileInfo(proposedPath).absolutePath());
-    dialog.selectFile(QFileInfo(proposedPath).fileName());
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return dialog.selectedFiles().value(0);
+    return SaveFileDialog::ask(m_window, tr("OdeLeaf Reader-Paket speichern"),
+                               tr("OdeLeaf Reader-Pakete (*.odeleafreader)"),
+                               OdeLeafReaderPackageExporter::fileExtension(), proposedPath);
 }
