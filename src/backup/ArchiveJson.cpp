@@ -84,7 +84,7 @@ bool codePointLess(const QString &a, const QString &b)
     return std::lexicographical_compare(ua.begin(), ua.end(), ub.begin(), ub.end());
 }
 
-void appendValue(QByteArray &out, const QJsonValue &value, int depth)
+void appendValue(QByteArray &out, const QJsonValue &value, int depth, const ArchiveJson::KeyLess &keyLess)
 {
     const QByteArray indent(2 * (depth + 1), ' ');
     const QByteArray closingIndent(2 * depth, ' ');
@@ -111,7 +111,7 @@ void appendValue(QByteArray &out, const QJsonValue &value, int depth)
         out.append("[\n");
         for (qsizetype i = 0; i < array.size(); ++i) {
             out.append(indent);
-            appendValue(out, array.at(i), depth + 1);
+            appendValue(out, array.at(i), depth + 1, keyLess);
             out.append(i + 1 < array.size() ? ",\n" : "\n");
         }
         out.append(closingIndent);
@@ -125,13 +125,13 @@ void appendValue(QByteArray &out, const QJsonValue &value, int depth)
             break;
         }
         QStringList keys = object.keys();
-        std::sort(keys.begin(), keys.end(), codePointLess);
+        std::sort(keys.begin(), keys.end(), keyLess);
         out.append("{\n");
         for (qsizetype i = 0; i < keys.size(); ++i) {
             out.append(indent);
             ArchiveJson::appendString(out, keys.at(i));
             out.append(" : ");
-            appendValue(out, object.value(keys.at(i)), depth + 1);
+            appendValue(out, object.value(keys.at(i)), depth + 1, keyLess);
             out.append(i + 1 < keys.size() ? ",\n" : "\n");
         }
         out.append(closingIndent);
@@ -145,8 +145,13 @@ void appendValue(QByteArray &out, const QJsonValue &value, int depth)
 
 QByteArray ArchiveJson::encode(const QJsonValue &value)
 {
+    return encode(value, codePointLess);
+}
+
+QByteArray ArchiveJson::encode(const QJsonValue &value, const KeyLess &keyLess)
+{
     QByteArray out;
-    appendValue(out, value, 0);
+    appendValue(out, value, 0, keyLess);
     return out;
 }
 

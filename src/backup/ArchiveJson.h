@@ -6,6 +6,7 @@
 #include <QJsonValue>
 #include <QStringView>
 
+#include <functional>
 #include <optional>
 
 // The one JSON encoding of every document the program writes: pretty-printed, keys of
@@ -14,6 +15,10 @@
 class ArchiveJson {
 public:
     static QByteArray encode(const QJsonValue &value);
+    // The same encoding with the keys of every object in the given order, for documents
+    // whose readers expect their keys as a table lists them.
+    using KeyLess = std::function<bool(const QString &, const QString &)>;
+    static QByteArray encode(const QJsonValue &value, const KeyLess &keyLess);
 
     // The string escaping of encode(), for writers that stream a document themselves.
     static void appendString(QByteArray &out, QStringView text);

@@ -20,3 +20,4 @@ std::vector<CliCommand> importCommands();
 std::vector<CliCommand> libraryCommands();
 std::vector<CliCommand> editorCommands();
 std::vector<CliCommand> exportCommands();
+std::vector<CliCommand> analysisCommands();

@@ -12,7 +12,8 @@ namespace {
 std::vector<CliCommand> allCommands()
 {
     std::vector<CliCommand> commands;
-    for (auto group : {archiveCommands, libraryCommands, backupCommands, importCommands, editorCommands, exportCommands}) {
+    for (auto group : {archiveCommands, libraryCommands, backupCommands, importCommands, editorCommands, exportCommands,
+                       analysisCommands}) {
         auto list = group();
         commands.insert(commands.end(), list.begin(), list.end());
     }

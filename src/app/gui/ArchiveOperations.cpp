@@ -1,12 +1,14 @@
 #include "app/gui/ArchiveOperations.h"
 
 #include "app/gui/FileManagerReveal.h"
+#include "analysis/gui/AnalysisActions.h"
 #include "app/gui/MainWindow.h"
 #include "app/gui/PoemDetailView.h"
 #include "backup/gui/BackupActions.h"
 #include "backup/gui/SafetyBackupWindow.h"
 #include "import/gui/CSVImportActions.h"
 #include "import/ImportStateFiles.h"
+#include "export/gui/ReaderPackageAction.h"
 #include "import/gui/FolderScanController.h"
 #include "import/gui/ImportActions.h"
 #include "import/gui/ImportReviewWindow.h"
@@ -17,7 +19,9 @@
 ArchiveOperations::ArchiveOperations(MainWindow &window)
     : QObject(&window), m_backups(new BackupActions(window.context(), &window)),
       m_folderScans(new FolderScanController(window.context(), &window)),
-      m_imports(new ImportActions(window.context(), *m_folderScans, &window))
+      m_imports(new ImportActions(window.context(), *m_folderScans, &window)),
+      m_readerPackage(new ReaderPackageAction(window.context(), &window)),
+      m_analysis(new AnalysisActions(window.context(), &window))
 {
     // The sidebar lists the operations in the order the poet meets them.
     window.addSidebarAction(m_backups->createBackupAction());
@@ -63,6 +67,15 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
     connect(m_imports, &ImportActions::archiveChanged, &window, &MainWindow::reloadRows);
     connect(window.detailView(), &PoemDetailView::textImportRequested, m_imports,
             [this, &window] { m_imports->importTextInto(window.detailView()->poem()); });
+    for (QAction *action :
+         {m_readerPackage->action(), m_analysis->duplicateCheckAction(), m_analysis->statisticsAction()}) {
+        window.addSidebarAction(action);
+        window.addArchiveMenuAction(action);
+    }
+    connect(m_readerPackage, &ReaderPackageAction::statusChanged, &window, &MainWindow::setStatus);
+    connect(m_readerPackage, &ReaderPackageAction::fileWritten, &window, &MainWindow::setLastWrittenFile);
+    connect(m_analysis, &AnalysisActions::statusChanged, &window, &MainWindow::setStatus);
+    connect(m_analysis, &AnalysisActions::showPoemRequested, &window, &MainWindow::showPoemInLibrary);
 }
 
 void ArchiveOperations::showSafetyBackups(MainWindow &window)

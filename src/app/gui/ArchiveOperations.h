@@ -2,12 +2,14 @@
 
 #include <QObject>
 
+class AnalysisActions;
 class BackupActions;
 class FolderScanController;
 class ImportActions;
 class MainWindow;
 class QAction;
 class QMenu;
+class ReaderPackageAction;
 
 // Attaches the archive-wide operations (backup, restore, folder scans, imports) to the library
 // window: their actions go into the sidebar, their outcomes into its status line.
@@ -21,6 +23,8 @@ public:
     FolderScanController *folderScans() const { return m_folderScans; }
     QAction *safetyBackupsAction() const { return m_safetyBackups; }
     ImportActions *imports() const { return m_imports; }
+    ReaderPackageAction *readerPackage() const { return m_readerPackage; }
+    AnalysisActions *analysis() const { return m_analysis; }
 
 private:
     void showSafetyBackups(MainWindow &window);
@@ -30,4 +34,6 @@ private:
     FolderScanController *m_folderScans;
     QAction *m_safetyBackups = nullptr;
     ImportActions *m_imports;
+    ReaderPackageAction *m_readerPackage;
+    AnalysisActions *m_analysis;
 };

@@ -27,6 +27,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
@@ -590,6 +591,41 @@ SettingsWindow *MainWindow::settingsWindow() const
 void MainWindow::addFileMenuAction(QAction *action)
 {
     m_fileMenu->insertAction(m_fileOperationsEnd, action);
+}
+
+void MainWindow::addArchiveMenuAction(QAction *action)
+{
+    if (!m_archiveMenu) {
+        m_archiveMenu = new QMenu(tr("&Archiv"), this);
+        menuBar()->insertMenu(m_editMenu->menuAction(), m_archiveMenu);
+    }
+    m_archiveMenu->addAction(action);
+}
+
+void MainWindow::showPoemInLibrary(const QString &objectID)
+{
+    const PoemPtr poem = poemForObjectID(objectID);
+    if (!poem || poem->isInTrash())
+        return;
+    setWriterMode(false);
+    if (m_browser.indexOfObjectID(objectID) < 0) {
+        {
+            const QSignalBlocker blocker(m_listPane->searchField());
+            m_listPane->searchField()->clear();
+        }
+        m_browser.searchText.clear();
+        m_browser.selectedCategory.reset();
+        m_browser.sidebarScope = SidebarScope::archive;
+        {
+            const QSignalBlocker blocker(m_sidebar);
+            m_sidebar->selectScope(SidebarScope::archive);
+        }
+        m_scopeGroup->actions().at(int(SidebarScope::archive))->setChecked(true);
+        reloadRows();
+    }
+    selectPoem(poem);
+    activateWindow();
+    raise();
 }
 
 void MainWindow::showAbout()

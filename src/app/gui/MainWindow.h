@@ -46,6 +46,11 @@ public:
     void addSidebarAction(QAction *action);
     // An archive-wide operation in the file menu, above the trash and quit entries.
     void addFileMenuAction(QAction *action);
+    // One entry in the "Archiv" menu, which appears with its first entry.
+    void addArchiveMenuAction(QAction *action);
+    // Selects the poem in the list, stepping out of a search, scope or category that
+    // hides it; a poem in the trash or unknown is ignored.
+    void showPoemInLibrary(const QString &objectID);
     // Rebuilds counts, category filters and rows, keeping the selection.
     void reloadRows();
     // Start-up checks of the last import's state files: each answers whether its file
@@ -125,6 +130,7 @@ private:
     QMenu *m_viewMenu = nullptr;
     QMenu *m_helpMenu = nullptr;
     QAction *m_fileOperationsEnd = nullptr;
+    QMenu *m_archiveMenu = nullptr;
 
     QAction *m_newPoemAction = nullptr;
     QAction *m_duplicateAction = nullptr;

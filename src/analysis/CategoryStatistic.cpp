@@ -1,0 +1,8 @@
+#include "analysis/CategoryStatistic.h"
+
+#include "archive/CategoryFilter.h"
+
+QString CategoryStatistic::displayName() const
+{
+    return CategoryFilter{name, 0}.displayName();
+}

@@ -1,0 +1,79 @@
+#include "analysis/gui/AnalysisActions.h"
+
+#include "analysis/DuplicateChecker.h"
+#include "analysis/StatisticsReport.h"
+#include "analysis/gui/DuplicateReportWindow.h"
+#include "analysis/gui/StatisticsWindow.h"
+#include "archive/ArchiveContext.h"
+
+#include <QAction>
+#include <QApplication>
+
+namespace {
+
+QList<PoemPtr> activePoems(const ArchiveContext &context)
+{
+    return context.fetch([](const Poem &poem) { return !poem.isInTrash(); });
+}
+
+// A window opened again shows the new result in the same place.
+template <typename Window> void present(QPointer<Window> &slot, Window *fresh)
+{
+    if (slot) {
+        fresh->setGeometry(slot->geometry());
+        slot->close();
+    }
+    slot = fresh;
+    fresh->setAttribute(Qt::WA_DeleteOnClose);
+    fresh->show();
+    fresh->raise();
+    fresh->activateWindow();
+}
+
+} // namespace
+
+AnalysisActions::AnalysisActions(ArchiveContext &context, QWidget *window)
+    : QObject(window), m_context(context), m_window(window), m_clock([] { return QDateTime::currentDateTime(); })
+{
+    m_duplicateCheck = new QAction(QIcon::fromTheme(QStringLiteral("edit-find-replace")), tr("Duplikate prüfen"), this);
+    m_duplicateCheck->setObjectName(QStringLiteral("duplicateCheckAction"));
+    m_duplicateCheck->setStatusTip(tr("Gleiche und sehr ähnliche Titel im Archiv finden; es wird nichts verändert"));
+    connect(m_duplicateCheck, &QAction::triggered, this, &AnalysisActions::checkDuplicates);
+
+    m_statistics = new QAction(QIcon::fromTheme(QStringLiteral("office-chart-bar")), tr("Statistik"), this);
+    m_statistics->setObjectName(QStringLiteral("statisticsAction"));
+    m_statistics->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S));
+    m_statistics->setStatusTip(tr("Wie vollständig das Archiv ist, gesamt und je Kategorie"));
+    connect(m_statistics, &QAction::triggered, this, &AnalysisActions::showStatistics);
+}
+
+DuplicateReportWindow *AnalysisActions::duplicateReportWindow() const
+{
+    return m_duplicateWindow;
+}
+
+StatisticsWindow *AnalysisActions::statisticsWindow() const
+{
+    return m_statisticsWindow;
+}
+
+void AnalysisActions::checkDuplicates()
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const DuplicateCheckReport report = DuplicateChecker::check(activePoems(m_context), m_clock());
+    QApplication::restoreOverrideCursor();
+    Q_EMIT statusChanged(DuplicateChecker::statusLine(report));
+    auto *window = new DuplicateReportWindow(report, m_window);
+    connect(window, &DuplicateReportWindow::showPoemRequested, this, &AnalysisActions::showPoemRequested);
+    present(m_duplicateWindow, window);
+}
+
+void AnalysisActions::showStatistics()
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const StatisticsReport report = StatisticsReport::make(activePoems(m_context), m_clock());
+    QApplication::restoreOverrideCursor();
+    auto *window = new StatisticsWindow(report, m_window);
+    connect(window, &StatisticsWindow::statusChanged, this, &AnalysisActions::statusChanged);
+    present(m_statisticsWindow, window);
+}
