@@ -94,6 +94,7 @@ private:
     void runStartSequence();
     void showRows();
     void showSelectedPoem(const PoemPtr &poem);
+    void showAllPoemsIfHidden(const PoemPtr &poem);
     void takeOverContextChanges();
     void updateActionStates();
     PoemPtr poemForObjectID(const QString &objectID) const;
