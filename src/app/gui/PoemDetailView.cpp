@@ -199,6 +199,7 @@ QWidget *PoemDetailView::makeEditorPage()
     m_editor = new PoemEditorPane(m_context, page);
     // The library window is light; the paper appearance is the one that belongs on it.
     m_editor->setAppearance(EditorAppearance::paper);
+    m_editor->setSaveStatusShown(false);
     connect(m_editor, &PoemEditorPane::saveStatusChanged, this,
             [this](const QString &status) { setSaveStatus(status, status != tr("Gespeichert")); });
     connect(m_editor, &PoemEditorPane::poemChanged, this, [this] { Q_EMIT poemChanged(); });

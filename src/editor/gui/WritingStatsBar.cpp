@@ -43,6 +43,11 @@ void WritingStatsBar::setSaveStatus(const QString &status)
     m_saveStatus->setText(status);
 }
 
+void WritingStatsBar::setSaveStatusShown(bool shown)
+{
+    m_saveStatus->setVisible(shown);
+}
+
 QString WritingStatsBar::badgeText(int index) const
 {
     return m_badges.value(index) ? m_badges.value(index)->text() : QString();

@@ -15,6 +15,8 @@ public:
 
     void setStats(const WritingStats &stats);
     void setSaveStatus(const QString &status);
+    // Off where the surrounding view shows the save status itself.
+    void setSaveStatusShown(bool shown);
     QString badgeText(int index) const;
 
 private:
