@@ -58,6 +58,9 @@ Q_SIGNALS:
     // A one-line outcome for the window's status line (e.g. an image that could not be read).
     void statusMessage(const QString &message);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     QWidget *makeEditorPage();
     QWidget *makePlaceholderPage();
@@ -65,11 +68,15 @@ private:
     void commitCategory();
     void showFields();
     void setSaveStatus(const QString &text, bool failed);
+    void showNotesSection();
 
     ArchiveContext &m_context;
     PoemPtr m_poem;
     bool m_loading = false;
     static constexpr int writerColumnWidth = 860;
+    static constexpr int compactHeight = 600;
+    bool m_writerMode = false;
+    bool m_compact = false;
 
     QStackedWidget *m_pages = nullptr;
     QWidget *m_column = nullptr;
