@@ -550,6 +550,13 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>FileManagerReveal</name>
+    <message>
+        <source>Kein Dateimanager gefunden. Der Ordner ist: %1</source>
+        <translation>No file manager found. The folder is: %1</translation>
+    </message>
+</context>
+<context>
     <name>FindReplaceBar</name>
     <message>
         <source>Suchen</source>
@@ -1312,10 +1319,6 @@ Qt %4</translation>
         <translation>Previous Match</translation>
     </message>
     <message>
-        <source>Ersetzen …</source>
-        <translation>Replace …</translation>
-    </message>
-    <message>
         <source>Reime…</source>
         <translation>Rhymes…</translation>
     </message>
@@ -1375,6 +1378,10 @@ Qt %4</translation>
         <source>Textformatierung</source>
         <translation>Text Formatting</translation>
     </message>
+    <message>
+        <source>Ersetzen…</source>
+        <translation>Replace…</translation>
+    </message>
 </context>
 <context>
     <name>PoemEditorPane</name>
@@ -1425,6 +1432,10 @@ Qt %4</translation>
     <message>
         <source>Bilder (*.png *.jpg *.jpeg *.gif *.bmp *.webp)</source>
         <translation>Images (*.png *.jpg *.jpeg *.gif *.bmp *.webp)</translation>
+    </message>
+    <message>
+        <source>Kein Webbrowser gefunden. Die Reimseite ist: %1</source>
+        <translation>No web browser found. The rhyme page is: %1</translation>
     </message>
 </context>
 <context>

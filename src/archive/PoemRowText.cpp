@@ -1,6 +1,7 @@
 #include "archive/PoemRowText.h"
 
 #include <QCoreApplication>
+#include <QTextBoundaryFinder>
 
 #include <algorithm>
 
@@ -25,10 +26,8 @@ QString PoemRowText::title(const std::optional<QString> &title)
 
 QString PoemRowText::excerpt(const QString &text)
 {
-    // Only the first 121 collapsed characters decide the excerpt, so the walk stops there
-    // instead of collapsing a long text whole.
     QString collapsed;
-    collapsed.reserve(excerptLimit + 1);
+    collapsed.reserve(std::min<qsizetype>(text.size(), 4 * excerptLimit));
     bool pendingSpace = false;
     for (const QChar c : text) {
         if (c.isSpace()) {
@@ -39,13 +38,21 @@ QString PoemRowText::excerpt(const QString &text)
             collapsed.append(QLatin1Char(' '));
         pendingSpace = false;
         collapsed.append(c);
-        if (collapsed.size() > excerptLimit)
-            break;
     }
     if (collapsed.isEmpty())
         return tr("Noch kein Gedichttext hinterlegt.");
-    if (collapsed.size() > excerptLimit)
-        return collapsed.left(excerptCut) + QStringLiteral("...");
+    // The limits count characters as a reader sees them: a letter with its combining marks,
+    // or a pair of surrogates, is one, and a cut never separates them.
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, collapsed);
+    qsizetype cut = 0;
+    int count = 0;
+    while (characters.toNextBoundary() != -1) {
+        ++count;
+        if (count == excerptCut)
+            cut = characters.position();
+        if (count > excerptLimit)
+            return collapsed.left(cut) + QStringLiteral("...");
+    }
     return collapsed;
 }
 

@@ -237,6 +237,17 @@ void RichTextEditing::insertSectionMark(QTextCursor &cursor)
     cursor.endEditBlock();
 }
 
+bool RichTextEditing::breakOutOfPiece(QTextCursor &cursor)
+{
+    const QTextBlockFormat paragraph = cursor.blockFormat();
+    const bool inPiece = paragraph == PoemPieces::captionParagraph() || paragraph == PoemPieces::sectionMarkParagraph();
+    if (!inPiece || cursor.hasSelection() || !cursor.atBlockEnd())
+        return false;
+    cursor.insertBlock(QTextBlockFormat(), WriterTypingAttributes::defaults());
+    cursor.setCharFormat(WriterTypingAttributes::defaults());
+    return true;
+}
+
 Result<void> RichTextEditing::insertImage(QTextCursor &cursor, const QString &filePath, double textWidth)
 {
     QString error;

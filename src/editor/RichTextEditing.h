@@ -32,6 +32,9 @@ public:
     // Leaves the placeholder word selected, so typing replaces it.
     static void insertCaption(QTextCursor &cursor);
     static void insertSectionMark(QTextCursor &cursor);
+    // A line break at the end of a caption or section mark starts a body paragraph; returns
+    // false, changing nothing, anywhere else.
+    static bool breakOutOfPiece(QTextCursor &cursor);
     // textWidth: the editor's text width in points.
     static Result<void> insertImage(QTextCursor &cursor, const QString &filePath, double textWidth);
     static Result<void> insertImage(QTextCursor &cursor, const QImage &image, double textWidth);

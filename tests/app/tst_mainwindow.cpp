@@ -15,8 +15,10 @@
 #include "archive/PersistenceController.h"
 #include "archive/PoemFactory.h"
 #include "archive/PoemStore.h"
+#include "archive/SidebarScope.h"
 #include "editor/PoemRichText.h"
 #include "editor/PoemTextDocument.h"
+#include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
 #include "import/ImportStateFiles.h"
@@ -70,6 +72,46 @@ QStringList listedTitles(const MainWindow &window)
 }
 
 } // namespace
+
+// Keys that edit text in a line or text field; no window command may take them there.
+QList<QKeySequence> textEditingKeys()
+{
+    QList<QKeySequence> keys;
+    for (const auto standard :
+         {QKeySequence::DeleteStartOfWord, QKeySequence::DeleteEndOfWord, QKeySequence::SelectAll, QKeySequence::Undo,
+          QKeySequence::Redo, QKeySequence::MoveToStartOfLine, QKeySequence::MoveToEndOfLine,
+          QKeySequence::SelectStartOfLine, QKeySequence::SelectEndOfLine, QKeySequence::MoveToStartOfDocument,
+          QKeySequence::MoveToEndOfDocument, QKeySequence::SelectStartOfDocument, QKeySequence::SelectEndOfDocument,
+          QKeySequence::MoveToNextWord, QKeySequence::MoveToPreviousWord, QKeySequence::SelectNextWord,
+          QKeySequence::SelectPreviousWord, QKeySequence::Delete, QKeySequence::Backspace})
+        keys += QKeySequence::keyBindings(standard);
+    for (const QKeyCombination combination :
+         {Qt::CTRL | Qt::Key_Backspace, Qt::CTRL | Qt::Key_Delete, Qt::CTRL | Qt::Key_A, Qt::CTRL | Qt::Key_Z,
+          QKeyCombination(Qt::Key_Home), QKeyCombination(Qt::Key_End), Qt::SHIFT | Qt::Key_Home,
+          Qt::SHIFT | Qt::Key_End, Qt::CTRL | Qt::Key_Home, Qt::CTRL | Qt::Key_End, Qt::CTRL | Qt::SHIFT | Qt::Key_Home,
+          Qt::CTRL | Qt::SHIFT | Qt::Key_End, QKeyCombination(Qt::Key_Delete), QKeyCombination(Qt::Key_Backspace)})
+        keys.append(QKeySequence(combination));
+    return keys;
+}
+
+// Whether the action's shortcut can fire while a line or text field has the focus.
+bool firesInTextFields(const QAction *action)
+{
+    if (action->shortcutContext() == Qt::WindowShortcut || action->shortcutContext() == Qt::ApplicationShortcut)
+        return true;
+    for (const QObject *object : action->associatedObjects()) {
+        const auto *widget = qobject_cast<const QWidget *>(object);
+        if (!widget || qobject_cast<const QMenu *>(widget))
+            continue;
+        const bool isField = qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QTextEdit *>(widget);
+        const bool holdsFields =
+            action->shortcutContext() == Qt::WidgetWithChildrenShortcut &&
+            (!widget->findChildren<QLineEdit *>().isEmpty() || !widget->findChildren<QTextEdit *>().isEmpty());
+        if (isField || holdsFields)
+            return true;
+    }
+    return false;
+}
 
 class MainWindowTest : public QObject {
     Q_OBJECT
@@ -293,6 +335,20 @@ private Q_SLOTS:
         window.setLastWrittenFile(QString());
         QVERIFY(reveal->isHidden());
 
+        // The button stays with the message about the file, in whichever order the two come.
+        window.setStatus(QStringLiteral("Sicherung erstellt: 1 Gedicht gespeichert. Datei: x.json"));
+        window.setLastWrittenFile(m_dir.filePath(QStringLiteral("x.json")));
+        QTest::qWait(1);
+        QVERIFY(!reveal->isHidden());
+        window.setStatus(QStringLiteral("Gedicht dupliziert: Herbst Kopie"));
+        QVERIFY(reveal->isHidden());
+        window.setLastWrittenFile(m_dir.filePath(QStringLiteral("y.json")));
+        window.setStatus(QStringLiteral("Sicherung erstellt: 1 Gedicht gespeichert. Datei: y.json"));
+        QTest::qWait(1);
+        QVERIFY(!reveal->isHidden());
+        window.setStatus(QStringLiteral("Gedicht in den Papierkorb verschoben: Herbst"));
+        QVERIFY(reveal->isHidden());
+
         QVERIFY(!window.isBusy());
         window.setBusy(true);
         QVERIFY(!panel->findChild<QProgressBar *>()->isHidden());
@@ -402,6 +458,107 @@ private Q_SLOTS:
         QVERIFY(!operations->imports()->undoAction()->isEnabled());
     }
 
+    void windowShortcutsLeaveTextEditingKeysAlone()
+    {
+        MainWindow &window = openWindow();
+        // The Edit menu's commands carry these keys on purpose: they hand them to the focused field.
+        const QList<QAction *> forwarding = window.editMenu()->actions();
+        const QList<QKeySequence> editingKeys = textEditingKeys();
+        for (QAction *action : window.findChildren<QAction *>()) {
+            if (forwarding.contains(action) || !firesInTextFields(action))
+                continue;
+            for (const QKeySequence &shortcut : action->shortcuts())
+                QVERIFY2(!editingKeys.contains(shortcut),
+                         qPrintable(action->text() + QStringLiteral(": ") + shortcut.toString()));
+        }
+    }
+
+    void ctrlBackspaceDeletesAWordAndNeverTrashesThePoem()
+    {
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter fallen"));
+        MainWindow &window = openWindow();
+        window.selectPoem(window.library().poemAt(0));
+        const PoemPtr poem = window.selectedPoem();
+        RichPoemTextView *body = window.detailView()->editorPane()->textView();
+        body->setFocus();
+        QTRY_VERIFY(body->hasFocus());
+        body->moveCursor(QTextCursor::End);
+        QTest::keyClick(body, Qt::Key_Backspace, Qt::ControlModifier);
+        QVERIFY(!poem->isInTrash());
+        QCOMPARE(poem->text(), std::optional<QString>(QStringLiteral("Blätter ")));
+
+        QLineEdit *search = window.listPane()->searchField();
+        search->setFocus();
+        QTRY_VERIFY(search->hasFocus());
+        QTest::keyClicks(search, QStringLiteral("Herbst Blatt"));
+        QTest::keyClick(search, Qt::Key_Backspace, Qt::ControlModifier);
+        QCOMPARE(search->text(), QStringLiteral("Herbst "));
+        QVERIFY(!poem->isInTrash());
+    }
+
+    void writerModeHasOneKeyAndReturnsToThePoemText()
+    {
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter fallen"));
+        MainWindow &window = openWindow();
+        window.selectPoem(window.library().poemAt(0));
+        auto *writerMode = window.findChild<QAction *>(QStringLiteral("writerModeAction"));
+        const PoemEditorActions *editorActions = window.detailView()->editorPane()->actions();
+        QCOMPARE(editorActions->toggleWriterMode->shortcut(), writerMode->shortcut());
+
+        // The key works from the search field as from the text.
+        QLineEdit *search = window.listPane()->searchField();
+        search->setFocus();
+        QTRY_VERIFY(search->hasFocus());
+        QTest::keySequence(search, writerMode->shortcut());
+        QVERIFY(window.isWriterModeActive());
+        RichPoemTextView *body = window.detailView()->editorPane()->textView();
+        QTRY_VERIFY(body->hasFocus());
+        QTest::keySequence(body, writerMode->shortcut());
+        QVERIFY(!window.isWriterModeActive());
+        QTRY_VERIFY(body->hasFocus());
+
+        // Leaving by the button: the next keystroke goes into the text, not over the title.
+        window.setWriterMode(true);
+        window.detailView()->findChild<QPushButton *>(QStringLiteral("leaveWriterMode"))->click();
+        QVERIFY(!window.isWriterModeActive());
+        QTRY_VERIFY(body->hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_X);
+        QCOMPARE(*window.selectedPoem()->title(), QStringLiteral("Herbst"));
+    }
+
+    void aNewPoemStaysInViewWhateverTheFilters()
+    {
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter fallen"));
+        MainWindow &window = openWindow();
+        window.listPane()->searchField()->setText(QStringLiteral("Herbst"));
+        QTest::keyClick(&window, Qt::Key_3, Qt::ControlModifier);
+        QCOMPARE(window.library().sidebarScope, SidebarScope::published);
+
+        window.newPoem();
+        const PoemPtr added = window.selectedPoem();
+        QVERIFY(added && added->title() == std::optional<QString>(QString()));
+        QVERIFY(window.library().indexOfObjectID(added->objectID()) >= 0);
+        QCOMPARE(window.library().sidebarScope, SidebarScope::archive);
+        QVERIFY(window.listPane()->searchField()->text().isEmpty());
+        window.setWriterMode(false);
+        QVERIFY(window.listPane()->listView()->currentIndex().isValid());
+    }
+
+    void theFindBarStaysWithItsPoem()
+    {
+        storedPoem(QStringLiteral("Eins"), QStringLiteral("erste"));
+        storedPoem(QStringLiteral("Zwei"), QStringLiteral("zweite"));
+        MainWindow &window = openWindow();
+        window.selectPoem(window.library().poemAt(0));
+        RichPoemTextView *body = window.detailView()->editorPane()->textView();
+        body->setFocus();
+        QTRY_VERIFY(body->hasFocus());
+        QTest::keyClick(body, Qt::Key_F, Qt::ControlModifier);
+        QVERIFY(window.detailView()->editorPane()->isFindReplaceVisible());
+        window.selectPoem(window.library().poemAt(1));
+        QVERIFY(!window.detailView()->editorPane()->isFindReplaceVisible());
+    }
+
     void detailEditorFormatsSavesAndSharesTheWindowsKeys()
     {
         storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter fallen"));
@@ -419,6 +576,12 @@ private Q_SLOTS:
                 QFont::Bold);
         QCOMPARE(poem->text(), std::optional<QString>(QStringLiteral("Blätter fallen")));
         QCOMPARE(window.detailView()->saveStatus(), QStringLiteral("Gespeichert"));
+        const QList<QLabel *> labels = window.detailView()->findChildren<QLabel *>();
+        QCOMPARE(std::count_if(labels.begin(), labels.end(),
+                               [](const QLabel *label) {
+                                   return label->isVisible() && label->text() == QStringLiteral("Gespeichert");
+                               }),
+                 1);
 
         // Ctrl+Z reaches the text (it is not swallowed as an ambiguous shortcut).
         QTest::keyClick(body, Qt::Key_Z, Qt::ControlModifier);

@@ -373,6 +373,16 @@ private Q_SLOTS:
         QCOMPARE(PoemRowText::excerpt(spaced), QStringLiteral("a ").repeated(59) + QLatin1Char('a'));
         QCOMPARE(PoemRowText::excerpt(QStringLiteral(" \n ")), QStringLiteral("Noch kein Gedichttext hinterlegt."));
 
+        // A reader's characters: "u" with a combining diaeresis and a pair of surrogates count once each,
+        // and the cut keeps them whole.
+        const QString decomposedU = QStringLiteral("u\u0308");
+        const QString leaf = QStringLiteral("\U0001F343");
+        QCOMPARE(PoemRowText::excerpt(decomposedU.repeated(120)), decomposedU.repeated(120));
+        QCOMPARE(PoemRowText::excerpt(decomposedU.repeated(121)), decomposedU.repeated(117) + QStringLiteral("..."));
+        QCOMPARE(PoemRowText::excerpt(leaf.repeated(120)), leaf.repeated(120));
+        QCOMPARE(PoemRowText::excerpt(QString(116, QLatin1Char('a')) + leaf.repeated(5)),
+                 QString(116, QLatin1Char('a')) + leaf + QStringLiteral("..."));
+
         QCOMPARE(PoemRowText::statusText(true, true), QStringLiteral("Veröffentlicht \u00B7 Podcast"));
         QCOMPARE(PoemRowText::statusText(true, false), QStringLiteral("Veröffentlicht"));
         QCOMPARE(PoemRowText::statusText(false, true), QStringLiteral("Podcast"));

@@ -13,6 +13,7 @@
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
+#include "editor/gui/WritingStatsBar.h"
 
 #include <QAction>
 #include <QApplication>
@@ -20,6 +21,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -30,6 +32,7 @@
 #include <QTextLayout>
 #include <QToolBar>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 using namespace EditorTestSupport;
 
@@ -95,6 +98,30 @@ private Q_SLOTS:
     }
 
     void cleanupTestCase() { QDesktopServices::unsetUrlHandler(QStringLiteral("https")); }
+
+    void statisticsBadgesWrapInsteadOfBeingCut()
+    {
+        // As under the editor: a column of the given width holds the bar.
+        QWidget column;
+        auto *layout = new QVBoxLayout(&column);
+        auto &bar = *new WritingStatsBar(&column);
+        layout->addWidget(&bar);
+        WritingStats stats;
+        stats.words = 1234;
+        stats.characters = 56789;
+        stats.lines = 321;
+        stats.stanzas = 45;
+        bar.setStats(stats);
+        column.resize(340, 90);
+        column.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&column));
+        QCOMPARE(bar.badgesPerRow(), 2);
+        for (const QLabel *badge : bar.findChildren<QLabel *>(QStringLiteral("statsBadge")))
+            QVERIFY2(badge->geometry().right() < bar.width() && badge->width() >= badge->sizeHint().width(),
+                     qPrintable(badge->text()));
+        column.resize(900, 90);
+        QTRY_COMPARE(bar.badgesPerRow(), 4);
+    }
 
     void init()
     {

@@ -225,6 +225,38 @@ private Q_SLOTS:
         QVERIFY(runsOf(blockAt(*document, 1)).first().format.fontItalic());
     }
 
+    void aLineBreakAfterACaptionOrSectionMarkStartsBodyText()
+    {
+        auto document = PoemRichText::fromPlainText(QStringLiteral("Strophe"));
+        QTextCursor cursor(document.get());
+        cursor.movePosition(QTextCursor::End);
+        RichTextEditing::insertCaption(cursor);
+        cursor.insertText(QStringLiteral("Am Fluss"));
+        QVERIFY(RichTextEditing::breakOutOfPiece(cursor));
+        cursor.insertText(QStringLiteral("weiter"));
+        const QTextBlock after = blockAt(*document, 2);
+        QCOMPARE(after.text(), QStringLiteral("weiter"));
+        QCOMPARE(alignmentOf(after), Qt::AlignLeft);
+        QVERIFY(!runsOf(after).first().format.fontItalic());
+        QCOMPARE(runsOf(after).first().format.fontPointSize(), 17.0);
+
+        // In body text, and inside a caption, a line break is the editor's ordinary one.
+        QVERIFY(!RichTextEditing::breakOutOfPiece(cursor));
+        cursor.setPosition(blockAt(*document, 1).position() + 2);
+        QVERIFY(!RichTextEditing::breakOutOfPiece(cursor));
+
+        cursor.movePosition(QTextCursor::End);
+        cursor.insertBlock();
+        cursor.movePosition(QTextCursor::PreviousBlock);
+        RichTextEditing::insertSectionMark(cursor);
+        QTextCursor atMark(blockAt(*document, 3));
+        atMark.movePosition(QTextCursor::EndOfBlock);
+        QVERIFY(RichTextEditing::breakOutOfPiece(atMark));
+        atMark.insertText(QStringLiteral("neu"));
+        QCOMPARE(runsOf(atMark.block()).first().format.fontWeight(), int(QFont::Normal));
+        QCOMPARE(alignmentOf(atMark.block()), Qt::AlignLeft);
+    }
+
     void sectionMarkStandsBetweenLineBreaksAndWritingContinuesAsBefore()
     {
         auto document = PoemRichText::fromPlainText(QStringLiteral("Strophe eins"));

@@ -46,12 +46,36 @@ private Q_SLOTS:
         QVERIFY(checker.isCorrect(QStringLiteral("Strasze")));
     }
 
-    void englishFollowsTheInterfaceLanguage()
+    void anEnglishPoemIsCheckedInEnglish()
     {
         SpellChecker checker(QStringLiteral("en"));
         QVERIFY(checker.isAvailable());
         QVERIFY(checker.isCorrect(QStringLiteral("moonlight")));
         QVERIFY(!checker.isCorrect(QStringLiteral("Mondlicht")));
+    }
+
+    void eachParagraphIsCheckedInItsOwnLanguage()
+    {
+        SpellChecker checker;
+        QCOMPARE(checker.language(), QStringLiteral("de"));
+        const QString english = QStringLiteral("The leaves are fallling in the quiet night");
+        QCOMPARE(checker.paragraphLanguage(english), QStringLiteral("en"));
+        const QList<TextRange> englishMistakes = checker.misspellings(english);
+        QCOMPARE(englishMistakes.size(), 1);
+        QCOMPARE(english.mid(englishMistakes.first().start, englishMistakes.first().length()),
+                 QStringLiteral("fallling"));
+        QVERIFY(!checker.isCorrect(QStringLiteral("fallling"), english));
+        QVERIFY(checker.suggestions(QStringLiteral("fallling"), 8, english).contains(QStringLiteral("falling")));
+
+        const QString german = QStringLiteral("Die Blätter fallen leize in der stillen Nacht");
+        QCOMPARE(checker.paragraphLanguage(german), QStringLiteral("de"));
+        const QList<TextRange> germanMistakes = checker.misspellings(german);
+        QCOMPARE(germanMistakes.size(), 1);
+        QCOMPARE(german.mid(germanMistakes.first().start, germanMistakes.first().length()), QStringLiteral("leize"));
+
+        // Where the words give no sign, the poem's own language holds.
+        QCOMPARE(checker.paragraphLanguage(QStringLiteral("Hand")), QStringLiteral("de"));
+        QCOMPARE(checker.paragraphLanguage(QString()), QStringLiteral("de"));
     }
 
     void misspellingsAreFoundInOrderAndWrapRound()

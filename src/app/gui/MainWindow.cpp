@@ -121,8 +121,9 @@ void MainWindow::buildColumns()
         reloadRows();
     });
     connect(m_sidebar, &LibrarySidebar::trashRequested, this, &MainWindow::openTrash);
-    connect(m_sidebar->statusPanel(), &StatusPanel::revealRequested, this,
-            [this](const QString &path) { FileManagerReveal::reveal(path, this); });
+    connect(m_sidebar->statusPanel(), &StatusPanel::revealRequested, this, [this](const QString &path) {
+        FileManagerReveal::reveal(path, this, [this](const QString &failure) { setStatus(failure); });
+    });
 
     connect(m_listPane, &PoemListPane::searchTextChanged, this, [this](const QString &text) {
         m_browser.searchText = text;
@@ -187,7 +188,10 @@ void MainWindow::buildActions()
 
     m_trashAction = new QAction(ThemeIcon::named(QStringLiteral("user-trash")), tr("In den Papierkorb"), this);
     m_trashAction->setObjectName(QStringLiteral("trashAction"));
-    m_trashAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Backspace));
+    // Only where the list has focus: in a text field Delete and Ctrl+Backspace edit text.
+    m_trashAction->setShortcut(QKeySequence::Delete);
+    m_trashAction->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    m_listPane->listView()->addAction(m_trashAction);
     connect(m_trashAction, &QAction::triggered, this, [this] { moveToTrash(selectedPoem()); });
 
     m_openTrashAction = new QAction(tr("Papierkorb öffnen…"), this);
@@ -466,10 +470,31 @@ void MainWindow::newPoem()
         return;
     m_detail->commitPendingEdits();
     const auto added = m_browser.addPoem(QDateTime::currentDateTimeUtc());
+    showAllPoemsIfHidden(added.poem);
     showRows();
     selectPoem(added.poem);
     setWriterMode(true);
     m_detail->focusTitle();
+}
+
+void MainWindow::showAllPoemsIfHidden(const PoemPtr &poem)
+{
+    // A new poem has no title, text or category yet, so most filters would hide it at once.
+    if (!poem || m_browser.indexOfObjectID(poem->objectID()) >= 0)
+        return;
+    m_browser.selectedCategory.reset();
+    m_browser.searchText.clear();
+    {
+        const QSignalBlocker blocker(m_listPane->searchField());
+        m_listPane->searchField()->clear();
+    }
+    m_browser.sidebarScope = SidebarScope::archive;
+    m_scopeGroup->actions().at(int(SidebarScope::archive))->setChecked(true);
+    {
+        const QSignalBlocker blocker(m_sidebar);
+        m_sidebar->selectScope(SidebarScope::archive);
+    }
+    m_browser.reloadRows();
 }
 
 void MainWindow::duplicatePoem(const PoemPtr &poem)
@@ -529,8 +554,8 @@ void MainWindow::setWriterMode(bool active)
         const QSignalBlocker blocker(m_writerModeAction);
         m_writerModeAction->setChecked(active);
     }
-    if (active)
-        m_detail->focusBody();
+    // Both ways the poet goes on writing where they were, never in the selected title.
+    m_detail->focusBody();
 }
 
 void MainWindow::setStatus(const QString &text)

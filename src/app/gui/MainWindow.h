@@ -109,6 +109,7 @@ private:
     void runStartSequence();
     void showRows();
     void showSelectedPoem(const PoemPtr &poem);
+    void showAllPoemsIfHidden(const PoemPtr &poem);
     void takeOverContextChanges();
     void takeOverStoreChanges();
     void updateActionStates();

@@ -203,6 +203,7 @@ QWidget *PoemDetailView::makeEditorPage()
     m_editor = new PoemEditorPane(m_context, page);
     // The library window is light; the paper appearance is the one that belongs on it.
     m_editor->setAppearance(EditorAppearance::paper);
+    m_editor->setSaveStatusShown(false);
     connect(m_editor, &PoemEditorPane::saveStatusChanged, this,
             [this](const QString &status) { setSaveStatus(status, status != tr("Gespeichert")); });
     connect(m_editor, &PoemEditorPane::poemChanged, this, [this] { Q_EMIT poemChanged(); });
@@ -387,14 +388,32 @@ QString PoemDetailView::saveStatus() const
     return m_saveStatus->text();
 }
 
+void PoemDetailView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // On a short window the poem's own lines come first: the notes move into the editor's
+    // notes pane ("Notizen" in the view menu), as in writer mode.
+    const bool compact = height() < compactHeight;
+    if (compact == m_compact)
+        return;
+    m_compact = compact;
+    showNotesSection();
+}
+
+void PoemDetailView::showNotesSection()
+{
+    m_notesSection->setVisible(!m_writerMode && !m_compact);
+    if (!m_writerMode && !m_compact)
+        m_editor->setWriterNotesVisible(false);
+}
+
 void PoemDetailView::setWriterMode(bool active)
 {
     m_writerBar->setVisible(active);
+    m_writerMode = active;
     // In writer mode the notes live in the editor's own notes pane, shown on demand.
-    m_notesSection->setVisible(!active);
     m_editor->setWriterMode(active);
-    if (!active)
-        m_editor->setWriterNotesVisible(false);
+    showNotesSection();
     // A line of verse reads best in a column, not across a whole screen.
     m_column->setMaximumWidth(active ? writerColumnWidth : QWIDGETSIZE_MAX);
 }

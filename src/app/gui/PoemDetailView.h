@@ -65,6 +65,9 @@ Q_SIGNALS:
     // "Text importieren…": a document's text for this poem.
     void textImportRequested();
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     QWidget *makeEditorPage();
     QWidget *makePlaceholderPage();
@@ -72,11 +75,15 @@ private:
     void commitCategory();
     void showFields();
     void setSaveStatus(const QString &text, bool failed);
+    void showNotesSection();
 
     ArchiveContext &m_context;
     PoemPtr m_poem;
     bool m_loading = false;
     static constexpr int writerColumnWidth = 860;
+    static constexpr int compactHeight = 600;
+    bool m_writerMode = false;
+    bool m_compact = false;
 
     PoemExportActions *m_exportActions = nullptr;
     QStackedWidget *m_pages = nullptr;

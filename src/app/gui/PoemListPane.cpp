@@ -13,7 +13,6 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
-#include <QShortcut>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -99,11 +98,6 @@ PoemListPane::PoemListPane(PoemListModel *model, QWidget *parent)
             Q_EMIT rowSelected(current.data(PoemListModel::ObjectIDRole).toString());
     });
     connect(m_list, &QListView::activated, this, [this] { Q_EMIT openRequested(); });
-    auto *trashKey = new QShortcut(QKeySequence::Delete, m_list, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(trashKey, &QShortcut::activated, this, [this] {
-        if (const QString id = currentObjectID(); !id.isEmpty())
-            Q_EMIT trashRequested(id);
-    });
 
     auto *empty = new QWidget(this);
     auto *emptyLayout = new QVBoxLayout(empty);

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 StatusPanel::StatusPanel(QWidget *parent)
@@ -42,6 +43,9 @@ StatusPanel::StatusPanel(QWidget *parent)
 
 void StatusPanel::setStatus(const QString &text)
 {
+    // The button belongs to the message about the written file; any later message hides it.
+    if (!m_fileAnnouncedThisTurn)
+        setLastWrittenFile(QString());
     m_statusLabel->setEnabled(!text.isEmpty());
     m_statusLabel->setText(text.isEmpty() ? tr("Keine aktuellen Meldungen.") : text);
     m_statusLabel->setProperty("statusText", text);
@@ -54,6 +58,12 @@ QString StatusPanel::status() const
 
 void StatusPanel::setLastWrittenFile(const QString &path)
 {
+    // Operations announce the file and their message one right after the other, in either
+    // order; both fall within one turn of the event loop.
+    if (!path.isEmpty() && !m_fileAnnouncedThisTurn) {
+        m_fileAnnouncedThisTurn = true;
+        QTimer::singleShot(0, this, [this] { m_fileAnnouncedThisTurn = false; });
+    }
     m_lastWrittenFile = path;
     m_revealButton->setVisible(!path.isEmpty());
     m_revealButton->setToolTip(path);

@@ -30,4 +30,5 @@ private:
     QProgressBar *m_busyIndicator;
     QPushButton *m_revealButton;
     QString m_lastWrittenFile;
+    bool m_fileAnnouncedThisTurn = false;
 };

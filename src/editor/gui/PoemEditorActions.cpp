@@ -50,12 +50,14 @@ PoemEditorActions::PoemEditorActions(QWidget *owner) : QObject(owner), m_owner(o
     find->setIcon(EditorIcons::find());
     findNext = make(tr("Nächster Treffer"), QKeySequence::FindNext);
     findPrevious = make(tr("Vorheriger Treffer"), QKeySequence::FindPrevious);
-    replace = make(tr("Ersetzen …"), QKeySequence::Replace);
+    replace = make(tr("Ersetzen…"), QKeySequence::Replace);
     rhymes = make(tr("Reime…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
     rhymesForSelection = make(tr("Reime zum markierten Wort suchen"));
     toggleNotes = makeToggle(tr("Notizen"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
     toggleNotes->setIcon(EditorIcons::notes());
-    toggleWriterMode = makeToggle(tr("Schreibmodus"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M));
+    toggleWriterMode = makeToggle(tr("Schreibmodus"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+    // The window's own writer-mode command takes this key wherever the focus is; here it is only shown.
+    toggleWriterMode->setShortcutContext(Qt::WidgetShortcut);
     toggleFocusMode = makeToggle(tr("Fokusmodus"), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_F));
     toggleToolbar = makeToggle(tr("Werkzeugleiste ausblenden"));
     paperAppearance = makeToggle(tr("Papieransicht"));

@@ -74,9 +74,8 @@ PoemEditorPane::PoemEditorPane(ArchiveContext &context, QWidget *parent)
 void PoemEditorPane::loadSpellChecker()
 {
     auto loaded = std::make_shared<std::unique_ptr<SpellChecker>>();
-    QThread *loader = QThread::create([loaded, language = SpellChecker::languageForInterface()] {
-        *loaded = std::make_unique<SpellChecker>(language);
-    });
+    // Poems are German unless a paragraph shows otherwise, in whichever language the window speaks.
+    QThread *loader = QThread::create([loaded] { *loaded = std::make_unique<SpellChecker>(); });
     connect(loader, &QThread::finished, this, [this, loaded] {
         m_spellChecker = std::move(*loaded);
         m_view->setSpellChecker(m_spellChecker.get());
@@ -276,6 +275,9 @@ bool PoemEditorPane::poemIsInContext() const
 
 void PoemEditorPane::setPoem(PoemPtr poem)
 {
+    // The find bar searched the poem that was shown; another poem starts without it.
+    if (poem != m_poem)
+        m_showFindReplace = false;
     m_poem = std::move(poem);
     m_sync.reset();
     loadFromPoem();
@@ -391,6 +393,11 @@ void PoemEditorPane::writeNotes()
     }
     setSaveStatus(savedText());
     Q_EMIT poemChanged(false);
+}
+
+void PoemEditorPane::setSaveStatusShown(bool shown)
+{
+    m_statsBar->setSaveStatusShown(shown);
 }
 
 void PoemEditorPane::setSaveStatus(const QString &status)
@@ -546,7 +553,8 @@ void PoemEditorPane::lookUpRhymes(RhymeProvider provider)
     const auto url = RhymeLookup::url(provider, word);
     if (!url)
         return;
-    QDesktopServices::openUrl(*url);
+    if (!QDesktopServices::openUrl(*url))
+        Q_EMIT statusMessage(tr("Kein Webbrowser gefunden. Die Reimseite ist: %1").arg(url->toString()));
 }
 
 QString PoemEditorPane::findReplaceStatus() const

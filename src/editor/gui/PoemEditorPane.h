@@ -34,6 +34,8 @@ public:
 
     // Null shows an empty, disabled editor.
     void setPoem(PoemPtr poem);
+    // The pane's own "Gespeichert"; off where the surrounding view shows one for the whole poem.
+    void setSaveStatusShown(bool shown);
     PoemPtr poem() const { return m_poem; }
     // The library's search text, marked in the body for display only.
     void setSearchHighlight(const QString &text);

@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QImageReader>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
@@ -141,6 +142,21 @@ void RichPoemTextView::setSearchHighlight(const QString &term)
     m_searchHighlight = term;
     if (m_highlighter)
         m_highlighter->setSearchHighlight(term);
+}
+
+void RichPoemTextView::keyPressEvent(QKeyEvent *event)
+{
+    const bool plainReturn = (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+                             !(event->modifiers() & ~Qt::KeypadModifier);
+    if (plainReturn && !isReadOnly()) {
+        QTextCursor cursor = textCursor();
+        if (RichTextEditing::breakOutOfPiece(cursor)) {
+            setTextCursor(cursor);
+            ensureCursorVisible();
+            return;
+        }
+    }
+    QTextEdit::keyPressEvent(event);
 }
 
 bool RichPoemTextView::event(QEvent *event)
@@ -318,10 +334,11 @@ void RichPoemTextView::addSpellingActions(QMenu *menu, const QPoint &position)
     QTextCursor word = cursorForPosition(position);
     word.select(QTextCursor::WordUnderCursor);
     const QString text = word.selectedText();
-    if (text.isEmpty() || m_spellChecker->isCorrect(text))
+    const QString paragraph = word.block().text();
+    if (text.isEmpty() || m_spellChecker->isCorrect(text, paragraph))
         return;
     QAction *first = menu->actions().value(0);
-    const QStringList suggestions = m_spellChecker->suggestions(text);
+    const QStringList suggestions = m_spellChecker->suggestions(text, 8, paragraph);
     if (suggestions.isEmpty()) {
         QAction *none = new QAction(tr("Keine Vorschläge"), menu);
         none->setEnabled(false);

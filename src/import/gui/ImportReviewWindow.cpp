@@ -11,6 +11,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QDoubleSpinBox>
+#include <QFontMetrics>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -186,7 +187,14 @@ QWidget *ImportReviewWindow::makeList()
     QHeaderView *columns = m_table->horizontalHeader();
     columns->setSectionResizeMode(ImportProposalTableModel::fileColumn, QHeaderView::Stretch);
     columns->setSectionResizeMode(ImportProposalTableModel::suggestionColumn, QHeaderView::Stretch);
-    columns->setSectionResizeMode(ImportProposalTableModel::scoreColumn, QHeaderView::ResizeToContents);
+    // Wide enough for "100 %" in any row: sizing to the rows in view cut scores off after a filter.
+    const QFontMetrics digits(m_table->font());
+    const int scoreWidth = std::max(
+        digits.horizontalAdvance(ImportProposalTableModel::scoreText(1.0)),
+        QFontMetrics(columns->font())
+            .horizontalAdvance(m_model->headerData(ImportProposalTableModel::scoreColumn, Qt::Horizontal).toString()));
+    columns->setSectionResizeMode(ImportProposalTableModel::scoreColumn, QHeaderView::Fixed);
+    columns->resizeSection(ImportProposalTableModel::scoreColumn, scoreWidth + 32);
     columns->setSectionResizeMode(ImportProposalTableModel::choiceColumn, QHeaderView::Interactive);
     columns->resizeSection(ImportProposalTableModel::choiceColumn, 300);
     columns->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
