@@ -17,6 +17,25 @@
     </message>
 </context>
 <context>
+    <name>AnalysisActions</name>
+    <message>
+        <source>Duplikate prüfen</source>
+        <translation>Check for Duplicates</translation>
+    </message>
+    <message>
+        <source>Gleiche und sehr ähnliche Titel im Archiv finden; es wird nichts verändert</source>
+        <translation>Find identical and very similar titles in the archive; nothing is changed</translation>
+    </message>
+    <message>
+        <source>Statistik</source>
+        <translation>Statistics</translation>
+    </message>
+    <message>
+        <source>Wie vollständig das Archiv ist, gesamt und je Kategorie</source>
+        <translation>How complete the archive is, overall and per category</translation>
+    </message>
+</context>
+<context>
     <name>AppPreferences</name>
     <message>
         <source>Die Einstellungen konnten nicht gespeichert werden: %1</source>
@@ -315,6 +334,106 @@
     </message>
 </context>
 <context>
+    <name>CSVFileReader</name>
+    <message>
+        <source>Datei nicht gefunden: %1</source>
+        <translation>File not found: %1</translation>
+    </message>
+    <message>
+        <source>Keine gewöhnliche Datei: %1</source>
+        <translation>Not a regular file: %1</translation>
+    </message>
+    <message>
+        <source>Die Datei ist größer als %1 MB und wird nicht gelesen.</source>
+        <translation>The file is larger than %1 MB and is not read.</translation>
+    </message>
+</context>
+<context>
+    <name>CSVImportActions</name>
+    <message>
+        <source>CSV-Datei importieren</source>
+        <translation>Import CSV File</translation>
+    </message>
+    <message>
+        <source>Titel, Kategorien, Daten und Markierungen aus einer Tabelle übernehmen</source>
+        <translation>Take titles, categories, dates and marks from a spreadsheet</translation>
+    </message>
+    <message>
+        <source>CSV-Datei auswählen</source>
+        <translation>Choose CSV File</translation>
+    </message>
+    <message>
+        <source>CSV-Dateien (*.csv *.txt);;Alle Dateien (*)</source>
+        <translation>CSV files (*.csv *.txt);;All files (*)</translation>
+    </message>
+</context>
+<context>
+    <name>CSVImporter</name>
+    <message>
+        <source>CSV Fehler: %1 | %2</source>
+        <translation>CSV error: %1 | %2</translation>
+    </message>
+    <message>
+        <source>(kein Header geparst)</source>
+        <translation>(no header parsed)</translation>
+    </message>
+    <message>
+        <source>Header: %1</source>
+        <translation>Header: %1</translation>
+    </message>
+    <message>
+        <source>Keine Datenzeilen. Diagnose: bytes=%1</source>
+        <translation>No data rows. Diagnostics: bytes=%1</translation>
+    </message>
+    <message>
+        <source>ja</source>
+        <translation>yes</translation>
+    </message>
+    <message>
+        <source>nein</source>
+        <translation>no</translation>
+    </message>
+    <message>
+        <source>Datei konnte nicht gelesen werden: %1 | %2</source>
+        <translation>The file could not be read: %1 | %2</translation>
+    </message>
+    <message>
+        <source>Leere Datei</source>
+        <translation>Empty file</translation>
+    </message>
+    <message>
+        <source>CSV-Import abgebrochen: Sicherheitsbackup fehlgeschlagen (%1)</source>
+        <translation>CSV import cancelled: safety backup failed (%1)</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>CSV Import: %1 neu, %2 aktualisiert, %3 übersprungen. Zeilen: %4, Spalten: %5, Trennzeichen: %6. Sicherheitsbackup: %7. %8</source>
+        <translation>CSV import: %1 new, %2 updated, %3 skipped. Rows: %4, columns: %5, separator: %6. Safety backup: %7. %8</translation>
+    </message>
+    <message>
+        <source>CSV-Auswahl abgebrochen.</source>
+        <translation>CSV selection cancelled.</translation>
+    </message>
+</context>
+<context>
+    <name>CSVTextDecoder</name>
+    <message>
+        <source>CSV Encoding nicht lesbar:</source>
+        <translation>CSV encoding not readable:</translation>
+    </message>
+    <message>
+        <source>BOM %1, aber keine gültige UTF-16-Folge</source>
+        <translation>BOM %1, but no valid UTF-16 sequence</translation>
+    </message>
+    <message>
+        <source>kein UTF-16, UTF-8 ungültig ab Byte %1 (0x%2)</source>
+        <translation>not UTF-16, UTF-8 invalid from byte %1 (0x%2)</translation>
+    </message>
+</context>
+<context>
     <name>CategoryFilter</name>
     <message>
         <source>Ohne Kategorie</source>
@@ -358,6 +477,18 @@
     <message>
         <source>Gib ein Wort ein, zu dem OdeLeaf Reime suchen soll.</source>
         <translation>Enter a word for OdeLeaf to find rhymes for.</translation>
+    </message>
+    <message>
+        <source>Ungültige Zahl bei einer Option</source>
+        <translation>Invalid number in an option</translation>
+    </message>
+    <message>
+        <source>--assign erwartet DATEI=ID: %1</source>
+        <translation>--assign expects FILE=ID: %1</translation>
+    </message>
+    <message>
+        <source>Datei nicht im Ordner gefunden: %1</source>
+        <translation>File not found in the folder: %1</translation>
     </message>
 </context>
 <context>
@@ -419,6 +550,100 @@
     <message>
         <source>Dokumenttypdefinitionen werden nicht gelesen.</source>
         <translation>Document type definitions are not read.</translation>
+    </message>
+</context>
+<context>
+    <name>DuplicateChecker</name>
+    <message>
+        <source>Duplikatprüfung: %1 gleiche Titel, %2 ähnliche Titel gefunden.</source>
+        <translation>Duplicate check: %1 identical titles, %2 similar titles found.</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte geprüft. %2 gleiche Titel, %3 ähnliche Titel gefunden. Es wurde nichts verändert.</source>
+        <translation>%1 poems checked. %2 identical titles, %3 similar titles found. Nothing was changed.</translation>
+    </message>
+    <message>
+        <source>Keine Auffälligkeiten gefunden</source>
+        <translation>Nothing Unusual Found</translation>
+    </message>
+    <message>
+        <source>Die Prüfung hat keine gleichen oder sehr ähnlichen Titel gefunden.</source>
+        <translation>The check found no identical or very similar titles.</translation>
+    </message>
+    <message>
+        <source>Gleicher Titel „%1“:</source>
+        <translation>Identical title “%1”:</translation>
+    </message>
+    <message>
+        <source>Ähnliche Titel (%1 %):</source>
+        <translation>Similar titles (%1 %):</translation>
+    </message>
+</context>
+<context>
+    <name>DuplicateReportWindow</name>
+    <message>
+        <source>Gedicht ohne Titel</source>
+        <translation>Untitled Poem</translation>
+    </message>
+    <message>
+        <source>Duplikate prüfen</source>
+        <translation>Check for Duplicates</translation>
+    </message>
+    <message>
+        <source>Duplikatprüfung</source>
+        <translation>Duplicate Check</translation>
+    </message>
+    <message>
+        <source>Titel</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>Datum</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>Kategorie</source>
+        <translation>Category</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Doppelklick auf ein Gedicht zeigt es in der Bibliothek.</source>
+        <translation>Double-click a poem to show it in the library.</translation>
+    </message>
+    <message>
+        <source>In der Bibliothek zeigen</source>
+        <translation>Show in Library</translation>
+    </message>
+    <message>
+        <source>Gleiche Titel (%1)</source>
+        <translation>Identical Titles (%1)</translation>
+    </message>
+    <message>
+        <source>„%1“ – %2 Gedichte</source>
+        <translation>“%1” – %2 poems</translation>
+    </message>
+    <message>
+        <source>Ähnliche Titel (%1)</source>
+        <translation>Similar Titles (%1)</translation>
+    </message>
+    <message>
+        <source>%1 % ähnlich</source>
+        <translation>%1 % similar</translation>
+    </message>
+    <message>
+        <source>ohne Datum</source>
+        <translation>no date</translation>
+    </message>
+    <message>
+        <source>ja</source>
+        <translation>yes</translation>
+    </message>
+    <message>
+        <source>fehlt</source>
+        <translation>missing</translation>
     </message>
 </context>
 <context>
@@ -650,6 +875,53 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>ImportActions</name>
+    <message>
+        <source>Import rückgängig</source>
+        <translation>Undo Import</translation>
+    </message>
+    <message>
+        <source>Letzter Importbericht</source>
+        <translation>Last Import Report</translation>
+    </message>
+    <message>
+        <source>Stellt die Gedichttexte vor dem letzten Import wieder her</source>
+        <translation>Restores the poems’ texts from before the last import</translation>
+    </message>
+    <message>
+        <source>Zeigt, was der letzte Import mit jeder Datei gemacht hat</source>
+        <translation>Shows what the last import did with each file</translation>
+    </message>
+    <message>
+        <source>Kein Importbericht vorhanden.</source>
+        <translation>There is no import report.</translation>
+    </message>
+    <message>
+        <source>Text importieren</source>
+        <translation>Import Text</translation>
+    </message>
+    <message>
+        <source>Der bisherige Text lässt sich mit „Import rückgängig“ zurückholen.</source>
+        <translation>The current text can be brought back with “Undo Import”.</translation>
+    </message>
+    <message>
+        <source>Ersetzen</source>
+        <translation>Replace</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Text konnte nicht importiert werden: %1</source>
+        <translation>Text could not be imported: %1</translation>
+    </message>
+    <message>
+        <source>Das Gedicht ist nicht mehr da.</source>
+        <translation>The poem no longer exists.</translation>
+    </message>
+</context>
+<context>
     <name>ImportProposalTableModel</name>
     <message>
         <source>— keine Zuordnung —</source>
@@ -686,6 +958,68 @@ Qt %4</translation>
     <message>
         <source>Zuordnung</source>
         <translation>Assignment</translation>
+    </message>
+</context>
+<context>
+    <name>ImportReport</name>
+    <message>
+        <source>Import abgeschlossen</source>
+        <translation>Import complete</translation>
+    </message>
+    <message>
+        <source>Import mit Hinweisen abgeschlossen</source>
+        <translation>Import complete with notes</translation>
+    </message>
+    <message>
+        <source>%1 Dateien geprüft</source>
+        <translation>%1 files checked</translation>
+    </message>
+    <message>
+        <source>Übernommen</source>
+        <translation>Imported</translation>
+    </message>
+    <message>
+        <source>Übersprungen</source>
+        <translation>Skipped</translation>
+    </message>
+    <message>
+        <source>Fehlgeschlagen</source>
+        <translation>Failed</translation>
+    </message>
+    <message>
+        <source>Letzter Textimport</source>
+        <translation>Last Text Import</translation>
+    </message>
+    <message>
+        <source>Letzter Bildimport</source>
+        <translation>Last Image Import</translation>
+    </message>
+</context>
+<context>
+    <name>ImportReportWindow</name>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Datei</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>Gedicht</source>
+        <translation>Poem</translation>
+    </message>
+    <message>
+        <source>Grund</source>
+        <translation>Reason</translation>
+    </message>
+    <message>
+        <source>Technische Details</source>
+        <translation>Technical Details</translation>
     </message>
 </context>
 <context>
@@ -786,16 +1120,188 @@ Qt %4</translation>
         <translation>Choose from All Poems…</translation>
     </message>
     <message>
-        <source>Das Übernehmen der Texte folgt in einer späteren Version.</source>
-        <translation>Importing the texts will come in a later version.</translation>
-    </message>
-    <message>
         <source>%1 Datei angezeigt</source>
         <translation>%1 file shown</translation>
     </message>
     <message>
         <source>%1 Dateien angezeigt</source>
         <translation>%1 files shown</translation>
+    </message>
+    <message>
+        <source>%v von %m</source>
+        <translation>%v of %m</translation>
+    </message>
+    <message>
+        <source>Abbrechen</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Hält nach der Datei an, die gerade gelesen wird; Übernommenes bleibt.</source>
+        <translation>Stops after the file being read; what was imported stays.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportRun</name>
+    <message>
+        <source>Import läuft…</source>
+        <translation>Import running…</translation>
+    </message>
+    <message>
+        <source>Nichts zu importieren.</source>
+        <translation>Nothing to import.</translation>
+    </message>
+    <message>
+        <source>Sicherheitsbackup: %1.</source>
+        <translation>Safety backup: %1.</translation>
+    </message>
+    <message>
+        <source>Rückgängig ist danach im Hauptfenster verfügbar.</source>
+        <translation>You can undo it in the main window.</translation>
+    </message>
+    <message>
+        <source>Import fertig (%1): %2 gesetzt, %3 fehlgeschlagen. Leer: %4. Timeouts: %5. Übersprungen (hat Text): %6. Übersprungen (PDF Score&lt;%7%): %8. Übersprungen (PDF Margin&lt;%9%): %10. PDF übersprungen (Text bereits vorhanden): %11.</source>
+        <translation>Import finished (%1): %2 set, %3 failed. Empty: %4. Timeouts: %5. Skipped (has text): %6. Skipped (PDF score&lt;%7%): %8. Skipped (PDF margin&lt;%9%): %10. PDF skipped (text already present): %11.</translation>
+    </message>
+    <message>
+        <source>2-Phasen</source>
+        <translation>2 phases</translation>
+    </message>
+    <message>
+        <source>1-Pass</source>
+        <translation>1 pass</translation>
+    </message>
+    <message>
+        <source>Bildimport: %1 angehängt, %2 fehlgeschlagen.</source>
+        <translation>Image import: %1 attached, %2 failed.</translation>
+    </message>
+    <message>
+        <source>Import abgebrochen.</source>
+        <translation>Import canceled.</translation>
+    </message>
+    <message>
+        <source>Folder-Bookmark resolve fail: %1</source>
+        <translation>Folder bookmark resolve failed: %1</translation>
+    </message>
+    <message>
+        <source>Der Ordner ist nicht lesbar: %1</source>
+        <translation>The folder cannot be read: %1</translation>
+    </message>
+    <message>
+        <source>Sicherheitsbackup wird erstellt…</source>
+        <translation>Writing safety backup…</translation>
+    </message>
+    <message>
+        <source>Zu importieren: Bilder %1</source>
+        <translation>To import: images %1</translation>
+    </message>
+    <message>
+        <source>Zu importieren: DOCX %1, PDF %2</source>
+        <translation>To import: DOCX %1, PDF %2</translation>
+    </message>
+    <message>
+        <source>Import abgebrochen: Sicherheitsbackup fehlgeschlagen (%1)</source>
+        <translation>Import canceled: safety backup failed (%1)</translation>
+    </message>
+    <message>
+        <source>Bilder</source>
+        <translation>Images</translation>
+    </message>
+    <message>
+        <source>%1: Start… (0/%2)</source>
+        <translation>%1: Starting… (0/%2)</translation>
+    </message>
+    <message>
+        <source>PDF übersprungen, weil bereits Text vorhanden ist</source>
+        <translation>PDF skipped because the poem already has text</translation>
+    </message>
+    <message>
+        <source>PDF Score unter Mindestwert</source>
+        <translation>PDF score below minimum</translation>
+    </message>
+    <message>
+        <source>PDF Abstand zum zweitbesten Treffer zu klein</source>
+        <translation>PDF margin to the second-best match too small</translation>
+    </message>
+    <message>
+        <source>%1: %2/%3 – %4</source>
+        <translation>%1: %2/%3 – %4</translation>
+    </message>
+    <message>
+        <source>Datei ist leer (0 Byte).</source>
+        <translation>File is empty (0 bytes).</translation>
+    </message>
+    <message>
+        <source>Timeout nach %1s</source>
+        <translation>Timeout after %1s</translation>
+    </message>
+    <message>
+        <source>Text konnte nicht extrahiert werden</source>
+        <translation>Text could not be extracted</translation>
+    </message>
+    <message>
+        <source>Kein Text extrahiert</source>
+        <translation>No text extracted</translation>
+    </message>
+    <message>
+        <source>Gedicht hatte bereits Text</source>
+        <translation>Poem already had text</translation>
+    </message>
+    <message>
+        <source>Gedicht nicht gefunden</source>
+        <translation>Poem not found</translation>
+    </message>
+    <message>
+        <source>Speichern fehlgeschlagen</source>
+        <translation>Saving failed</translation>
+    </message>
+    <message>
+        <source>Abgebrochen nach %1 von %2 Dateien.</source>
+        <translation>Canceled after %1 of %2 files.</translation>
+    </message>
+    <message>
+        <source>Rückgängig-Datei konnte nicht geschrieben werden: %1</source>
+        <translation>The undo file could not be written: %1</translation>
+    </message>
+    <message>
+        <source>Importbericht konnte nicht geschrieben werden: %1</source>
+        <translation>The import report could not be written: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ImportStateFiles</name>
+    <message>
+        <source>Keine normale Datei: %1</source>
+        <translation>Not a regular file: %1</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ ist zu groß.</source>
+        <translation>The file “%1” is too large.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportUndo</name>
+    <message>
+        <source>Kein Import zum Rückgängigmachen vorhanden.</source>
+        <translation>There is no import to undo.</translation>
+    </message>
+    <message>
+        <source>Rückgängig fehlgeschlagen: %1</source>
+        <translation>Undo failed: %1</translation>
+    </message>
+    <message>
+        <source>Letzter Import rückgängig gemacht: %1 Gedichte wiederhergestellt.</source>
+        <translation>Last import undone: %1 poems restored.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportWorkItem</name>
+    <message>
+        <source>(unbekannt)</source>
+        <translation>(unknown)</translation>
+    </message>
+    <message>
+        <source>(ohne Titel)</source>
+        <translation>(untitled)</translation>
     </message>
 </context>
 <context>
@@ -1106,7 +1612,40 @@ Qt %4</translation>
     </message>
     <message>
         <source>Updates kommen über die Paketverwaltung deines Systems.</source>
-        <translation>Updates come through your system's package manager.</translation>
+        <translation>Updates come through your system&apos;s package manager.</translation>
+    </message>
+    <message>
+        <source>&amp;Archiv</source>
+        <translation>&amp;Archive</translation>
+    </message>
+</context>
+<context>
+    <name>OdeLeafReaderPackageCodec</name>
+    <message>
+        <source>Das Feld „%1“ fehlt oder hat einen falschen Typ.</source>
+        <translation>The field “%1” is missing or has the wrong type.</translation>
+    </message>
+    <message>
+        <source>Die Datei ist kein Reader-Paket: %1</source>
+        <translation>The file is not a reader package: %1</translation>
+    </message>
+</context>
+<context>
+    <name>OdeLeafReaderPackageExporter</name>
+    <message numerus="yes">
+        <source>Reader-Paket erstellt: %n Gedichte gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Reader package created: %n poem saved. File: %1</numerusform>
+            <numerusform>Reader package created: %n poems saved. File: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Reader-Paket konnte nicht erstellt werden: %1</source>
+        <translation>Reader package could not be created: %1</translation>
+    </message>
+    <message>
+        <source>Reader-Paket abgebrochen.</source>
+        <translation>Reader package canceled.</translation>
     </message>
 </context>
 <context>
@@ -1223,6 +1762,14 @@ Qt %4</translation>
     <message>
         <source>Exportieren</source>
         <translation>Export</translation>
+    </message>
+    <message>
+        <source>Text importieren…</source>
+        <translation>Import Text…</translation>
+    </message>
+    <message>
+        <source>Den Text dieses Gedichts aus einer DOCX-, PDF- oder Textdatei übernehmen</source>
+        <translation>Take this poem’s text from a DOCX, PDF or text file</translation>
     </message>
 </context>
 <context>
@@ -1898,6 +2445,25 @@ kept unchanged</translation>
     </message>
 </context>
 <context>
+    <name>ReaderPackageAction</name>
+    <message>
+        <source>Reader-Paket exportieren…</source>
+        <translation>Export Reader Package…</translation>
+    </message>
+    <message>
+        <source>Alle Gedichte außerhalb des Papierkorbs für die App „OdeLeaf Reader“ speichern</source>
+        <translation>Save all poems outside the Trash for the “OdeLeaf Reader” app</translation>
+    </message>
+    <message>
+        <source>OdeLeaf Reader-Paket speichern</source>
+        <translation>Save OdeLeaf Reader Package</translation>
+    </message>
+    <message>
+        <source>OdeLeaf Reader-Pakete (*.odeleafreader)</source>
+        <translation>OdeLeaf Reader Packages (*.odeleafreader)</translation>
+    </message>
+</context>
+<context>
     <name>RestoreMode</name>
     <message>
         <source>Nur fehlende ergänzen</source>
@@ -2219,7 +2785,7 @@ kept unchanged</translation>
     </message>
     <message>
         <source>Der Standardabschluss fügt Copyright, Ort und das aktuelle Tagesdatum ans Gedichtende an.</source>
-        <translation>The standard closing line adds copyright, place and today's date to the end of the poem.</translation>
+        <translation>The standard closing line adds copyright, place and today&apos;s date to the end of the poem.</translation>
     </message>
     <message>
         <source>Kategorien</source>
@@ -2319,7 +2885,7 @@ kept unchanged</translation>
     </message>
     <message>
         <source>Diese Ausgabe von OdeLeaf erhält neue Versionen über die Paketverwaltung deines Systems; sie sucht nicht selbst nach Updates.</source>
-        <translation>This edition of OdeLeaf gets new versions through your system's package manager; it does not check for updates itself.</translation>
+        <translation>This edition of OdeLeaf gets new versions through your system&apos;s package manager; it does not check for updates itself.</translation>
     </message>
     <message>
         <source>OdeLeaf sucht höchstens einmal täglich automatisch nach neuen Versionen.</source>
@@ -2375,6 +2941,225 @@ kept unchanged</translation>
     <message>
         <source>Podcast</source>
         <translation>Podcast</translation>
+    </message>
+</context>
+<context>
+    <name>SinglePoemImport</name>
+    <message>
+        <source>Texte (*.docx *.pdf *.txt)</source>
+        <translation>Texts (*.docx *.pdf *.txt)</translation>
+    </message>
+    <message>
+        <source>Vorhandenen Gedichttext ersetzen?</source>
+        <translation>Replace the poem’s existing text?</translation>
+    </message>
+    <message>
+        <source>Keine normale Datei: %1</source>
+        <translation>Not a regular file: %1</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ konnte nicht gelesen werden: %2</source>
+        <translation>The file “%1” could not be read: %2</translation>
+    </message>
+    <message>
+        <source>Die Datei „%1“ ist zu groß für ein Gedicht.</source>
+        <translation>The file “%1” is too large for a poem.</translation>
+    </message>
+    <message>
+        <source>Die Datei ist kein UTF-8 und wurde als Windows-1252 gelesen.</source>
+        <translation>The file is not UTF-8 and was read as Windows-1252.</translation>
+    </message>
+    <message>
+        <source>Text importiert aus %1. Rückgängig ist im Hauptfenster verfügbar.</source>
+        <translation>Text imported from %1. You can undo it in the main window.</translation>
+    </message>
+</context>
+<context>
+    <name>StatisticsPdfWriter</name>
+    <message>
+        <source>PDF konnte nicht erstellt werden.</source>
+        <translation>PDF could not be created.</translation>
+    </message>
+</context>
+<context>
+    <name>StatisticsReport</name>
+    <message>
+        <source>Alle Gedichte haben Text und Datum.</source>
+        <translation>All poems have text and a date.</translation>
+    </message>
+    <message>
+        <source>%1 ohne Text</source>
+        <translation>%1 without text</translation>
+    </message>
+    <message>
+        <source>%1 ohne Datum</source>
+        <translation>%1 without date</translation>
+    </message>
+    <message>
+        <source>Erstellt: %1</source>
+        <translation>Created: %1</translation>
+    </message>
+    <message>
+        <source>Gedichte gesamt: %1</source>
+        <translation>Poems in total: %1</translation>
+    </message>
+    <message>
+        <source>Mit Text: %1</source>
+        <translation>With text: %1</translation>
+    </message>
+    <message>
+        <source>Ohne Text: %1</source>
+        <translation>Without text: %1</translation>
+    </message>
+    <message>
+        <source>Mit Datum: %1</source>
+        <translation>With date: %1</translation>
+    </message>
+    <message>
+        <source>Ohne Datum: %1</source>
+        <translation>Without date: %1</translation>
+    </message>
+    <message>
+        <source>Veröffentlicht: %1</source>
+        <translation>Published: %1</translation>
+    </message>
+    <message>
+        <source>Nicht veröffentlicht: %1</source>
+        <translation>Not published: %1</translation>
+    </message>
+    <message>
+        <source>Im Podcast: %1</source>
+        <translation>In the podcast: %1</translation>
+    </message>
+    <message>
+        <source>Nicht im Podcast: %1</source>
+        <translation>Not in the podcast: %1</translation>
+    </message>
+    <message>
+        <source>Zuletzt geändert: %1</source>
+        <translation>Last modified: %1</translation>
+    </message>
+    <message>
+        <source>Kategorien</source>
+        <translation>Categories</translation>
+    </message>
+    <message>
+        <source>%1: %2 gesamt, %3 mit Text, %4 ohne Text, %5 ohne Datum</source>
+        <translation>%1: %2 in total, %3 with text, %4 without text, %5 without date</translation>
+    </message>
+    <message>
+        <source>OdeLeaf Statistik</source>
+        <translation>OdeLeaf Statistics</translation>
+    </message>
+    <message>
+        <source>Noch zu erledigen</source>
+        <translation>Still to Do</translation>
+    </message>
+    <message>
+        <source>Alles vollständig</source>
+        <translation>Everything Complete</translation>
+    </message>
+    <message>
+        <source>Statistik gespeichert: %1</source>
+        <translation>Statistics saved: %1</translation>
+    </message>
+    <message>
+        <source>Statistik konnte nicht gespeichert werden: %1</source>
+        <translation>Statistics could not be saved: %1</translation>
+    </message>
+    <message>
+        <source>Statistik-PDF gespeichert: %1</source>
+        <translation>Statistics PDF saved: %1</translation>
+    </message>
+    <message>
+        <source>Statistik-PDF konnte nicht gespeichert werden: %1</source>
+        <translation>Statistics PDF could not be saved: %1</translation>
+    </message>
+</context>
+<context>
+    <name>StatisticsWindow</name>
+    <message>
+        <source>Statistik</source>
+        <translation>Statistics</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Gedichte im Archiv</source>
+        <translation>
+            <numerusform>%n poem in the archive</numerusform>
+            <numerusform>%n poems in the archive</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Stand: %1</source>
+        <translation>As of %1</translation>
+    </message>
+    <message>
+        <source>Zuletzt geändert: %1</source>
+        <translation>Last modified: %1</translation>
+    </message>
+    <message>
+        <source>Als JSON speichern…</source>
+        <translation>Save as JSON…</translation>
+    </message>
+    <message>
+        <source>Als PDF speichern…</source>
+        <translation>Save as PDF…</translation>
+    </message>
+    <message>
+        <source>Mit Text</source>
+        <translation>With Text</translation>
+    </message>
+    <message>
+        <source>Ohne Text</source>
+        <translation>Without Text</translation>
+    </message>
+    <message>
+        <source>Mit Datum</source>
+        <translation>With Date</translation>
+    </message>
+    <message>
+        <source>Ohne Datum</source>
+        <translation>Without Date</translation>
+    </message>
+    <message>
+        <source>Veröffentlicht</source>
+        <translation>Published</translation>
+    </message>
+    <message>
+        <source>Im Podcast</source>
+        <translation>In the Podcast</translation>
+    </message>
+    <message>
+        <source>Nicht veröffentlicht: %1 · Nicht im Podcast: %2</source>
+        <translation>Not published: %1 · Not in the podcast: %2</translation>
+    </message>
+    <message>
+        <source>Kategorien</source>
+        <translation>Categories</translation>
+    </message>
+    <message>
+        <source>Kategorie</source>
+        <translation>Category</translation>
+    </message>
+    <message>
+        <source>Gesamt</source>
+        <translation>Total</translation>
+    </message>
+    <message>
+        <source>Statistik als JSON speichern</source>
+        <translation>Save Statistics as JSON</translation>
+    </message>
+    <message>
+        <source>JSON-Dateien (*.json)</source>
+        <translation>JSON Files (*.json)</translation>
+    </message>
+    <message>
+        <source>Statistik als PDF speichern</source>
+        <translation>Save Statistics as PDF</translation>
+    </message>
+    <message>
+        <source>PDF-Dateien (*.pdf)</source>
+        <translation>PDF Files (*.pdf)</translation>
     </message>
 </context>
 <context>

@@ -1,6 +1,7 @@
 #include "import/CSVImporter.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/CategoryCatalog.h"
 #include "backup/BackupExporter.h"
 #include "import/CSVDateParser.h"
 #include "import/CSVDocument.h"
@@ -222,6 +223,8 @@ CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext 
         if (const auto saved = context.save(); !saved)
             result.error = otherError(saved.errorMessage(), result.diagnostics);
     }
+    // Categories the sheet brought in are offered in the detail pane from now on.
+    CategoryCatalog::adoptCategories(result.categories);
     return result;
 }
 

@@ -1,14 +1,14 @@
 #include "app/gui/ArchiveOperations.h"
 
-#include "app/gui/FileManagerReveal.h"
 #include "analysis/gui/AnalysisActions.h"
+#include "app/gui/FileManagerReveal.h"
 #include "app/gui/MainWindow.h"
 #include "app/gui/PoemDetailView.h"
 #include "backup/gui/BackupActions.h"
 #include "backup/gui/SafetyBackupWindow.h"
-#include "import/gui/CSVImportActions.h"
-#include "import/ImportStateFiles.h"
 #include "export/gui/ReaderPackageAction.h"
+#include "import/ImportStateFiles.h"
+#include "import/gui/CSVImportActions.h"
 #include "import/gui/FolderScanController.h"
 #include "import/gui/ImportActions.h"
 #include "import/gui/ImportReviewWindow.h"
@@ -81,8 +81,9 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
 void ArchiveOperations::showSafetyBackups(MainWindow &window)
 {
     SafetyBackupWindow dialog(SafetyBackupFolder::standard(), &window);
-    connect(&dialog, &SafetyBackupWindow::revealRequested, &dialog,
-            [&dialog](const QString &path) { FileManagerReveal::reveal(path, &dialog); });
+    connect(&dialog, &SafetyBackupWindow::revealRequested, &dialog, [&dialog, &window](const QString &path) {
+        FileManagerReveal::reveal(path, &dialog, [&window](const QString &failure) { window.setStatus(failure); });
+    });
     connect(&dialog, &SafetyBackupWindow::statusChanged, &window, &MainWindow::setStatus);
     connect(&dialog, &SafetyBackupWindow::restoreRequested, &dialog, [this, &dialog](const QString &path) {
         m_backups->restoreFrom(path);

@@ -479,7 +479,8 @@ void MainWindow::newPoem()
 
 void MainWindow::showAllPoemsIfHidden(const PoemPtr &poem)
 {
-    // A new poem has no title, text or category yet, so most filters would hide it at once.
+    // A poem the search, scope or category hides comes into view with the whole archive: a new
+    // poem has no title, text or category yet, so most filters would hide it at once.
     if (!poem || m_browser.indexOfObjectID(poem->objectID()) >= 0)
         return;
     m_browser.selectedCategory.reset();
@@ -634,19 +635,8 @@ void MainWindow::showPoemInLibrary(const QString &objectID)
         return;
     setWriterMode(false);
     if (m_browser.indexOfObjectID(objectID) < 0) {
-        {
-            const QSignalBlocker blocker(m_listPane->searchField());
-            m_listPane->searchField()->clear();
-        }
-        m_browser.searchText.clear();
-        m_browser.selectedCategory.reset();
-        m_browser.sidebarScope = SidebarScope::archive;
-        {
-            const QSignalBlocker blocker(m_sidebar);
-            m_sidebar->selectScope(SidebarScope::archive);
-        }
-        m_scopeGroup->actions().at(int(SidebarScope::archive))->setChecked(true);
-        reloadRows();
+        showAllPoemsIfHidden(poem);
+        showRows();
     }
     selectPoem(poem);
     activateWindow();
