@@ -91,7 +91,11 @@ private Q_SLOTS:
               share + QStringLiteral("metainfo/") + id + QStringLiteral(".metainfo.xml"),
               share + QStringLiteral("man/man1/odeleaf.1.gz"), share + QStringLiteral("man/man1/odeleaf-cli.1.gz"),
               share + QStringLiteral("bash-completion/completions/odeleaf-cli"),
-              share + QStringLiteral("doc/odeleaf/copyright")})
+              share + QStringLiteral("doc/odeleaf/copyright"),
+              share + QStringLiteral("icons/hicolor/scalable/apps/odeleaf.svg"),
+              share + QStringLiteral("icons/hicolor/48x48/apps/odeleaf.png"),
+              share + QStringLiteral("icons/hicolor/128x128/apps/odeleaf.png"),
+              share + QStringLiteral("icons/hicolor/256x256/apps/odeleaf.png")})
             QVERIFY2(QFileInfo(path).isFile(), qPrintable(path));
         QFile manual(QStringLiteral(ODELEAF_BUILD_DIR "/packaging/odeleaf-cli.1"));
         QVERIFY(manual.open(QIODevice::ReadOnly));
