@@ -92,8 +92,9 @@ QWidget *PoemDetailView::makeEditorPage()
     outerLayout->addWidget(page, 1);
     outerLayout->addStretch(0);
     auto *layout = new QVBoxLayout(page);
-    layout->setContentsMargins(28, 16, 28, 14);
-    layout->setSpacing(10);
+    // Tight enough that the smallest window still shows eight lines of the poem.
+    layout->setContentsMargins(28, 12, 28, 8);
+    layout->setSpacing(8);
 
     m_writerBar = new QWidget(page);
     auto *writerLayout = new QHBoxLayout(m_writerBar);
