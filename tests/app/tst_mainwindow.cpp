@@ -586,6 +586,14 @@ private Q_SLOTS:
         QVERIFY2(body->viewport()->height() >= 8 * lineHeight,
                  qPrintable(QStringLiteral("%1 < 8 × %2").arg(body->viewport()->height()).arg(lineHeight)));
 
+        // The detail footer keeps its own buttons whole.
+        for (const QString &name : {QStringLiteral("duplicateButton"), QStringLiteral("trashPoemButton"),
+                                    QStringLiteral("exportButton"), QStringLiteral("importTextButton")}) {
+            const auto *button = window.detailView()->findChild<QAbstractButton *>(name);
+            QVERIFY2(button->isHidden() || button->width() >= button->sizeHint().width(), qPrintable(name));
+        }
+        QVERIFY(window.detailView()->importTextButton()->isVisible());
+
         // The find bar's controls never slide into each other, even in the narrowest detail column.
         auto *columns = window.findChild<QSplitter *>(QStringLiteral("columns"));
         columns->setSizes({900, 900, 0});
