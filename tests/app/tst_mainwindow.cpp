@@ -45,9 +45,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextLayout>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
+#include <QtMath>
 
 namespace {
 
@@ -582,7 +584,10 @@ private Q_SLOTS:
 
         // The poem text shows at least eight lines.
         const RichPoemTextView *body = window.detailView()->editorPane()->textView();
-        const int lineHeight = QFontMetrics(body->document()->defaultFont()).lineSpacing();
+        // A line as laid out, leading included; the page margin scrolls away with the text.
+        const QTextLayout *firstLine = body->document()->firstBlock().layout();
+        QVERIFY(firstLine->lineCount() > 0);
+        const int lineHeight = qCeil(firstLine->boundingRect().height() / firstLine->lineCount());
         QVERIFY2(body->viewport()->height() >= 8 * lineHeight,
                  qPrintable(QStringLiteral("%1 < 8 × %2").arg(body->viewport()->height()).arg(lineHeight)));
 

@@ -94,7 +94,7 @@ QWidget *PoemDetailView::makeEditorPage()
     auto *layout = new QVBoxLayout(page);
     // Tight enough that the smallest window still shows eight lines of the poem.
     layout->setContentsMargins(28, 12, 28, 8);
-    layout->setSpacing(8);
+    layout->setSpacing(6);
 
     m_writerBar = new QWidget(page);
     auto *writerLayout = new QHBoxLayout(m_writerBar);
@@ -127,7 +127,7 @@ QWidget *PoemDetailView::makeEditorPage()
 
     auto *meta = new QGridLayout;
     meta->setHorizontalSpacing(10);
-    meta->setVerticalSpacing(8);
+    meta->setVerticalSpacing(6);
     meta->setColumnStretch(1, 1);
 
     m_category = new QComboBox(page);
