@@ -18,6 +18,7 @@
 #include "archive/AppPreferences.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/PersistenceController.h"
+#include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
 #include "export/PoemExport.h"
@@ -105,7 +106,7 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.addOption({QStringLiteral("data-dir"), QStringLiteral("archive folder"), QStringLiteral("DIR")});
     parser.addOption({QStringLiteral("shot"), QStringLiteral("save a PNG of the state"), QStringLiteral("FILE")});
-    parser.addOption({QStringLiteral("state"), QStringLiteral("archive, search, trash, writer, scope"),
+    parser.addOption({QStringLiteral("state"), QStringLiteral("archive, search, trash, writer, scope, find"),
                       QStringLiteral("STATE"), QStringLiteral("archive")});
     parser.addOption({QStringLiteral("search"), QStringLiteral("search text"), QStringLiteral("TEXT")});
     parser.addOption(
@@ -172,6 +173,8 @@ int main(int argc, char **argv)
             window.sidebar()->selectScope(SidebarScope::missingText);
         if (state == QLatin1String("writer"))
             window.setWriterMode(true);
+        if (state == QLatin1String("find"))
+            window.detailView()->editorPane()->actions()->find->trigger();
         QTimer::singleShot(200, &window, [&window, &parser, state] {
             QPixmap picture = window.grab();
             std::unique_ptr<QDialog> dialog;
