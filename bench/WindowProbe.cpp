@@ -3,6 +3,7 @@
 // --shot it also saves a picture of a window state, to look at the window without a screen.
 #include "SampleArchive.h"
 
+#include "app/ProgramFiles.h"
 #include "app/gui/AboutDialog.h"
 #include "app/gui/AppIcon.h"
 #include "app/gui/ArchiveOperations.h"
@@ -14,14 +15,16 @@
 #include "app/gui/PrivacyNoticeDialog.h"
 #include "app/gui/ThemeIcon.h"
 #include "app/gui/TrashDialog.h"
+#include "archive/AppPreferences.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/PersistenceController.h"
+#include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
-#include "import/gui/CSVImportActions.h"
 #include "export/PoemExport.h"
 #include "export/gui/PoemExportActions.h"
 #include "export/gui/PrintPreviewWindow.h"
+#include "import/gui/CSVImportActions.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -99,14 +102,11 @@ int main(int argc, char **argv)
     QApplication::setApplicationVersion(QStringLiteral(ODELEAF_VERSION));
     QApplication::setWindowIcon(AppIcon::icon());
     ThemeIcon::useDesktopTheme();
-    QTranslator qtTexts;
-    if (qtTexts.load(QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QApplication::installTranslator(&qtTexts);
 
     QCommandLineParser parser;
     parser.addOption({QStringLiteral("data-dir"), QStringLiteral("archive folder"), QStringLiteral("DIR")});
     parser.addOption({QStringLiteral("shot"), QStringLiteral("save a PNG of the state"), QStringLiteral("FILE")});
-    parser.addOption({QStringLiteral("state"), QStringLiteral("archive, search, trash, writer, scope"),
+    parser.addOption({QStringLiteral("state"), QStringLiteral("archive, search, trash, writer, scope, find"),
                       QStringLiteral("STATE"), QStringLiteral("archive")});
     parser.addOption({QStringLiteral("search"), QStringLiteral("search text"), QStringLiteral("TEXT")});
     parser.addOption(
@@ -120,6 +120,16 @@ int main(int argc, char **argv)
     parser.process(app);
     if (parser.isSet(QStringLiteral("data-dir")))
         ApplicationSupport::setDirectory(parser.value(QStringLiteral("data-dir")));
+
+    // The language chosen in the archive's preferences, as the program itself picks it.
+    const QString language = AppPreferences::interfaceLanguage();
+    QTranslator qtTexts;
+    if (qtTexts.load(QStringLiteral("qtbase_") + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&qtTexts);
+    QTranslator ownTexts;
+    if (language == QLatin1String("en") &&
+        ownTexts.load(QStringLiteral("odeleaf_en"), ProgramFiles::translationsDirectory()))
+        QApplication::installTranslator(&ownTexts);
 
     if (auto opened = PersistenceController::openShared(); !opened) {
         std::fprintf(stderr, "%s\n", qPrintable(opened.errorMessage()));
@@ -163,6 +173,8 @@ int main(int argc, char **argv)
             window.sidebar()->selectScope(SidebarScope::missingText);
         if (state == QLatin1String("writer"))
             window.setWriterMode(true);
+        if (state == QLatin1String("find"))
+            window.detailView()->editorPane()->actions()->find->trigger();
         QTimer::singleShot(200, &window, [&window, &parser, state] {
             QPixmap picture = window.grab();
             std::unique_ptr<QDialog> dialog;

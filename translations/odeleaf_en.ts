@@ -658,6 +658,33 @@
     </message>
 </context>
 <context>
+    <name>EditorToolBar</name>
+    <message>
+        <source>Textformatierung</source>
+        <translation>Text Formatting</translation>
+    </message>
+    <message>
+        <source>Farbe</source>
+        <translation>Color</translation>
+    </message>
+    <message>
+        <source>Abstand</source>
+        <translation>Spacing</translation>
+    </message>
+    <message>
+        <source>Einfügen</source>
+        <translation>Insert</translation>
+    </message>
+    <message>
+        <source>Ansicht</source>
+        <translation>View</translation>
+    </message>
+    <message>
+        <source>Mehr</source>
+        <translation>More</translation>
+    </message>
+</context>
+<context>
     <name>ExportFormat</name>
     <message>
         <source>PDF: Druckfertig</source>
@@ -1943,26 +1970,6 @@ Qt %4</translation>
     <message>
         <source>Gedanken, Quellen, Fassungen …</source>
         <translation>Thoughts, sources, versions …</translation>
-    </message>
-    <message>
-        <source>Textformatierung</source>
-        <translation>Text Formatting</translation>
-    </message>
-    <message>
-        <source>Farbe</source>
-        <translation>Color</translation>
-    </message>
-    <message>
-        <source>Abstand</source>
-        <translation>Spacing</translation>
-    </message>
-    <message>
-        <source>Einfügen</source>
-        <translation>Insert</translation>
-    </message>
-    <message>
-        <source>Ansicht</source>
-        <translation>View</translation>
     </message>
     <message>
         <source>Bild konnte nicht gespeichert werden: %1</source>

@@ -446,7 +446,7 @@ private:
         const auto png = document.pngData(format.name());
         if (!png)
             return;
-        const QSizeF pixels = document.naturalSize(format.name());
+        const QSize pixels = document.naturalSize(format.name()).toSize();
         QSizeF points(format.width() > 0 ? format.width() : pixels.width(),
                       format.height() > 0 ? format.height() : pixels.height());
         if (format.width() > 0 && format.height() <= 0 && pixels.width() > 0)

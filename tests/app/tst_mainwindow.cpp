@@ -18,6 +18,7 @@
 #include "archive/SidebarScope.h"
 #include "editor/PoemRichText.h"
 #include "editor/PoemTextDocument.h"
+#include "editor/gui/FindReplaceBar.h"
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
@@ -40,11 +41,15 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSplitter>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextLayout>
 #include <QTimer>
 #include <QToolBar>
+#include <QToolButton>
+#include <QtMath>
 
 namespace {
 
@@ -542,6 +547,79 @@ private Q_SLOTS:
         QVERIFY(window.listPane()->searchField()->text().isEmpty());
         window.setWriterMode(false);
         QVERIFY(window.listPane()->listView()->currentIndex().isValid());
+    }
+
+    void smallestWindowCutsNothingOffAndActionsStayPut()
+    {
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Die Blätter fallen"));
+        MainWindow &window = openWindow();
+        window.addSidebarAction(new QAction(QStringLiteral("Wiederherstellen"), &window));
+        window.addSidebarAction(new QAction(QStringLiteral("Bilder-Ordner scannen"), &window));
+        window.resize(window.minimumSize());
+        window.selectPoem(window.library().poemAt(0));
+        QTRY_COMPARE(window.size(), QSize(900, 560));
+
+        // The action lines keep their place under the mouse whatever the status says.
+        const QList<QToolButton *> actions =
+            window.sidebar()->findChildren<QToolButton *>(QStringLiteral("sidebarAction"));
+        QCOMPARE(actions.size(), 2);
+        window.setStatus(QStringLiteral("Kurz."));
+        QApplication::processEvents();
+        QList<QRect> before;
+        for (const QToolButton *action : actions)
+            before.append(QRect(action->mapTo(&window, QPoint()), action->size()));
+        window.setStatus(QStringLiteral("Eine Zeile\nund noch eine\nund eine dritte\nund eine vierte\nund die fünfte"));
+        window.setLastWrittenFile(m_dir.filePath(QStringLiteral("OdeLeaf-Backup.json")));
+        window.setBusy(true);
+        QApplication::processEvents();
+        for (int i = 0; i < actions.size(); ++i)
+            QCOMPARE(QRect(actions.at(i)->mapTo(&window, QPoint()), actions.at(i)->size()), before.at(i));
+        window.setBusy(false);
+
+        // "Im Dateimanager zeigen" fits the narrowest sidebar.
+        const auto *reveal = window.sidebar()->statusPanel()->findChild<QPushButton *>();
+        QTRY_VERIFY(reveal->isVisible());
+        QVERIFY(reveal->width() >= reveal->sizeHint().width());
+        QVERIFY(reveal->mapTo(window.sidebar(), QPoint(reveal->width(), 0)).x() <= window.sidebar()->width());
+
+        // The poem text shows at least eight lines.
+        const RichPoemTextView *body = window.detailView()->editorPane()->textView();
+        // A line as laid out, leading included; the page margin scrolls away with the text.
+        const QTextLayout *firstLine = body->document()->firstBlock().layout();
+        QVERIFY(firstLine->lineCount() > 0);
+        const int lineHeight = qCeil(firstLine->boundingRect().height() / firstLine->lineCount());
+        QVERIFY2(body->viewport()->height() >= 8 * lineHeight,
+                 qPrintable(QStringLiteral("%1 < 8 × %2").arg(body->viewport()->height()).arg(lineHeight)));
+
+        // The detail footer keeps its own buttons whole.
+        for (const QString &name : {QStringLiteral("duplicateButton"), QStringLiteral("trashPoemButton"),
+                                    QStringLiteral("exportButton"), QStringLiteral("importTextButton")}) {
+            const auto *button = window.detailView()->findChild<QAbstractButton *>(name);
+            QVERIFY2(button->isHidden() || button->width() >= button->sizeHint().width(), qPrintable(name));
+        }
+        QVERIFY(window.detailView()->importTextButton()->isVisible());
+
+        // The find bar's controls never slide into each other, even in the narrowest detail column.
+        auto *columns = window.findChild<QSplitter *>(QStringLiteral("columns"));
+        columns->setSizes({900, 900, 0});
+        window.detailView()->editorPane()->actions()->find->trigger();
+        QWidget *findBar = window.detailView()->editorPane()->findReplaceBar();
+        QTRY_VERIFY(findBar->isVisible());
+        QTRY_COMPARE(window.detailView()->width(), window.detailView()->minimumWidth());
+        QApplication::processEvents();
+        QList<QWidget *> controls;
+        for (QWidget *child : findBar->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
+            if (child->isVisible())
+                controls.append(child);
+        }
+        QVERIFY(controls.size() >= 7);
+        for (int i = 0; i < controls.size(); ++i) {
+            QVERIFY(findBar->rect().contains(controls.at(i)->geometry()));
+            for (int j = i + 1; j < controls.size(); ++j)
+                QVERIFY2(
+                    !controls.at(i)->geometry().intersects(controls.at(j)->geometry()),
+                    qPrintable(controls.at(i)->objectName() + QStringLiteral(" / ") + controls.at(j)->objectName()));
+        }
     }
 
     void theFindBarStaysWithItsPoem()

@@ -9,6 +9,7 @@
 #include "editor/PoemRichText.h"
 #include "editor/RhymeProvider.h"
 #include "editor/RichTextEditing.h"
+#include "editor/gui/EditorToolBar.h"
 #include "editor/gui/FindReplaceBar.h"
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
@@ -23,8 +24,10 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -37,6 +40,29 @@
 using namespace EditorTestSupport;
 
 namespace {
+
+// Every command a click on the toolbar reaches: the shown buttons and their menus.
+QSet<QAction *> reachableCommands(const QToolBar &bar)
+{
+    QSet<QAction *> reached;
+    QList<QMenu *> menus;
+    for (const QToolButton *button : bar.findChildren<QToolButton *>()) {
+        if (!button->isVisible())
+            continue;
+        if (button->defaultAction())
+            reached.insert(button->defaultAction());
+        if (button->menu())
+            menus.append(button->menu());
+    }
+    while (!menus.isEmpty()) {
+        for (QAction *action : menus.takeFirst()->actions()) {
+            reached.insert(action);
+            if (action->menu())
+                menus.append(action->menu());
+        }
+    }
+    return reached;
+}
 
 std::unique_ptr<PoemTextDocument> storedDocument(const Poem &poem)
 {
@@ -140,6 +166,45 @@ private Q_SLOTS:
         m_pane.reset();
         m_poem.reset();
         m_store.reset();
+    }
+
+    void toolbarFormFollowsTheWidthAndKeepsEveryCommand()
+    {
+        EditorToolBar *bar = m_pane->toolBar();
+        const int fullWidth = bar->widthFor(EditorToolBar::Form::full);
+        const int compactWidth = bar->widthFor(EditorToolBar::Form::compact);
+        const int minimalWidth = bar->widthFor(EditorToolBar::Form::minimal);
+        QVERIFY(fullWidth > compactWidth && compactWidth > minimalWidth);
+        // Fits the detail column of the smallest window.
+        QVERIFY2(minimalWidth <= 320, qPrintable(QString::number(minimalWidth)));
+
+        m_pane->resize(fullWidth + 200, 640);
+        QTRY_COMPARE(bar->form(), EditorToolBar::Form::full);
+        QSet<QAction *> everyCommand = reachableCommands(*bar);
+        // "Reime…" looks up the same word as its menu's first entry, which "Mehr" holds.
+        everyCommand.remove(m_pane->actions()->rhymes);
+        QVERIFY(everyCommand.contains(m_pane->actions()->clearFormatting));
+
+        const QList<QPair<int, EditorToolBar::Form>> widths = {
+            {fullWidth, EditorToolBar::Form::full},       {fullWidth - 1, EditorToolBar::Form::compact},
+            {compactWidth, EditorToolBar::Form::compact}, {compactWidth - 1, EditorToolBar::Form::minimal},
+            {minimalWidth, EditorToolBar::Form::minimal},
+        };
+        for (const auto &[width, form] : widths) {
+            m_pane->resize(width, 640);
+            QTRY_COMPARE(bar->width(), width);
+            QCOMPARE(bar->form(), form);
+            // Nothing spills into the overflow arrow, and nothing is clipped at the edge.
+            const auto *overflow = bar->findChild<QWidget *>(QStringLiteral("qt_toolbar_ext_button"));
+            QVERIFY2(!overflow || !overflow->isVisible(), qPrintable(QString::number(width)));
+            for (const QToolButton *button : bar->findChildren<QToolButton *>()) {
+                if (button->isVisible() && button != overflow)
+                    QVERIFY2(bar->rect().contains(button->geometry()), qPrintable(button->text()));
+            }
+            QVERIFY2(reachableCommands(*bar).contains(everyCommand), qPrintable(QString::number(width)));
+        }
+        // The smaller form's "Mehr" leaves the shared commands visible in the menus.
+        QVERIFY(m_pane->actions()->clearFormatting->isVisible());
     }
 
     void typingSavesBothFormsAtOnce()

@@ -23,8 +23,8 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QStackedWidget>
-#include <QToolButton>
 #include <QStyle>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <QtDebug>
 
@@ -92,8 +92,9 @@ QWidget *PoemDetailView::makeEditorPage()
     outerLayout->addWidget(page, 1);
     outerLayout->addStretch(0);
     auto *layout = new QVBoxLayout(page);
-    layout->setContentsMargins(28, 16, 28, 14);
-    layout->setSpacing(10);
+    // Tight enough that the smallest window still shows eight lines of the poem.
+    layout->setContentsMargins(28, 12, 28, 8);
+    layout->setSpacing(6);
 
     m_writerBar = new QWidget(page);
     auto *writerLayout = new QHBoxLayout(m_writerBar);
@@ -126,7 +127,7 @@ QWidget *PoemDetailView::makeEditorPage()
 
     auto *meta = new QGridLayout;
     meta->setHorizontalSpacing(10);
-    meta->setVerticalSpacing(8);
+    meta->setVerticalSpacing(6);
     meta->setColumnStretch(1, 1);
 
     m_category = new QComboBox(page);
@@ -391,6 +392,7 @@ QString PoemDetailView::saveStatus() const
 void PoemDetailView::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
+    fitFooter(event->size().width());
     // On a short window the poem's own lines come first: the notes move into the editor's
     // notes pane ("Notizen" in the view menu), as in writer mode.
     const bool compact = height() < compactHeight;
@@ -398,6 +400,20 @@ void PoemDetailView::resizeEvent(QResizeEvent *event)
         return;
     m_compact = compact;
     showNotesSection();
+}
+
+// A narrow column keeps the buttons found only here; duplicating and trashing stay in the
+// window's toolbar right above, so no button is cut off.
+void PoemDetailView::fitFooter(int width)
+{
+    int needed = 2 * 28 + 4 * 8 + m_saveStatus->sizeHint().width();
+    const QWidget *exportButton = findChild<QWidget *>(QStringLiteral("exportButton"));
+    for (const QWidget *button :
+         std::initializer_list<const QWidget *>{m_duplicate, m_trash, exportButton, m_importText})
+        needed += button->sizeHint().width();
+    const bool roomy = width >= needed;
+    m_duplicate->setVisible(roomy);
+    m_trash->setVisible(roomy);
 }
 
 void PoemDetailView::showNotesSection()

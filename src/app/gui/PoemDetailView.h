@@ -76,6 +76,7 @@ private:
     void showFields();
     void setSaveStatus(const QString &text, bool failed);
     void showNotesSection();
+    void fitFooter(int width);
 
     ArchiveContext &m_context;
     PoemPtr m_poem;

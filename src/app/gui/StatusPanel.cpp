@@ -5,8 +5,22 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTimer>
 #include <QVBoxLayout>
+
+namespace {
+
+constexpr int shownLines = 4;
+
+void retainSpaceWhenHidden(QWidget *widget)
+{
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+}
+
+} // namespace
 
 StatusPanel::StatusPanel(QWidget *parent)
     : QWidget(parent), m_statusLabel(new QLabel(this)), m_busyIndicator(new QProgressBar(this)),
@@ -26,6 +40,7 @@ StatusPanel::StatusPanel(QWidget *parent)
     m_busyIndicator->setTextVisible(false);
     m_busyIndicator->setMaximumHeight(6);
     m_busyIndicator->hide();
+    retainSpaceWhenHidden(m_busyIndicator);
     layout->addWidget(m_busyIndicator);
 
     m_statusLabel->setObjectName(QStringLiteral("statusText"));
@@ -33,10 +48,23 @@ StatusPanel::StatusPanel(QWidget *parent)
     m_statusLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_statusLabel->setText(tr("Keine aktuellen Meldungen."));
     m_statusLabel->setEnabled(false);
-    layout->addWidget(m_statusLabel);
+    m_statusLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    // The panel keeps its height whatever the message, so the action lines above it stay
+    // under the mouse; a longer message scrolls.
+    auto *textArea = new QScrollArea(this);
+    textArea->setObjectName(QStringLiteral("statusTextArea"));
+    textArea->setFrameShape(QFrame::NoFrame);
+    textArea->setWidgetResizable(true);
+    textArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    textArea->setWidget(m_statusLabel);
+    textArea->viewport()->setAutoFillBackground(false);
+    m_statusLabel->setAutoFillBackground(false);
+    textArea->setFixedHeight(shownLines * fontMetrics().lineSpacing() + 2);
+    layout->addWidget(textArea);
 
     m_revealButton->hide();
     m_revealButton->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    retainSpaceWhenHidden(m_revealButton);
     connect(m_revealButton, &QPushButton::clicked, this, [this] { Q_EMIT revealRequested(m_lastWrittenFile); });
     layout->addWidget(m_revealButton, 0, Qt::AlignLeft);
 }

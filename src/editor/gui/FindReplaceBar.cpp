@@ -1,5 +1,6 @@
 #include "editor/gui/FindReplaceBar.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -26,11 +27,10 @@ FindReplaceBar::FindReplaceBar(QWidget *parent)
     setObjectName(QStringLiteral("findReplaceBar"));
     m_find->setPlaceholderText(tr("Suchen"));
     m_find->setClearButtonEnabled(true);
-    m_find->setMinimumWidth(140);
+    m_find->setMinimumWidth(100);
     m_replace->setPlaceholderText(tr("Ersetzen durch"));
     m_replace->setClearButtonEnabled(true);
-    m_replace->setMinimumWidth(120);
-    m_status->setMinimumWidth(110);
+    m_replace->setMinimumWidth(100);
     m_status->setObjectName(QStringLiteral("findReplaceStatus"));
 
     auto *previous = barButton(QStringLiteral("‹"), tr("Vorheriger Treffer"), this);
@@ -43,19 +43,33 @@ FindReplaceBar::FindReplaceBar(QWidget *parent)
     replace->setObjectName(QStringLiteral("replaceCurrent"));
     replaceAll->setObjectName(QStringLiteral("replaceAll"));
 
-    auto *layout = new QHBoxLayout(this);
+    // Two rows, each field with the buttons that act on it: in one row the controls would
+    // not fit the detail column of a small window and slide into each other.
+    // A long status takes the room beside the arrows, never more.
+    m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto *findButtons = new QHBoxLayout;
+    findButtons->setSpacing(4);
+    findButtons->addWidget(previous);
+    findButtons->addWidget(next);
+    findButtons->addSpacing(6);
+    findButtons->addWidget(m_status, 1);
+    auto *replaceButtons = new QHBoxLayout;
+    replaceButtons->setSpacing(4);
+    replaceButtons->addWidget(replace);
+    replaceButtons->addWidget(replaceAll);
+    replaceButtons->addStretch(1);
+
+    auto *layout = new QGridLayout(this);
     layout->setContentsMargins(10, 4, 10, 4);
-    layout->setSpacing(4);
-    layout->addWidget(m_find, 2);
-    layout->addWidget(previous);
-    layout->addWidget(next);
-    layout->addSpacing(8);
-    layout->addWidget(m_replace, 2);
-    layout->addWidget(replace);
-    layout->addWidget(replaceAll);
-    layout->addSpacing(8);
-    layout->addWidget(m_status, 1);
-    layout->addWidget(close);
+    layout->setHorizontalSpacing(6);
+    layout->setVerticalSpacing(4);
+    layout->addWidget(m_find, 0, 0);
+    layout->addLayout(findButtons, 0, 1);
+    layout->addWidget(close, 0, 2, Qt::AlignTop);
+    layout->addWidget(m_replace, 1, 0);
+    layout->addLayout(replaceButtons, 1, 1);
+    layout->setColumnStretch(0, 3);
+    layout->setColumnStretch(1, 2);
 
     connect(previous, &QToolButton::clicked, this, &FindReplaceBar::findPreviousRequested);
     connect(next, &QToolButton::clicked, this, &FindReplaceBar::findNextRequested);
@@ -84,6 +98,7 @@ void FindReplaceBar::setFindText(const QString &text)
 void FindReplaceBar::setStatus(const QString &status)
 {
     m_status->setText(status);
+    m_status->setToolTip(status);
 }
 
 QString FindReplaceBar::status() const

@@ -11,6 +11,7 @@
 #include "editor/SpellChecker.h"
 #include "editor/TextColorOption.h"
 #include "editor/TextFinder.h"
+#include "editor/gui/EditorToolBar.h"
 #include "editor/gui/FindReplaceBar.h"
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/RhymeWordDialog.h"
@@ -27,8 +28,6 @@
 #include <QSplitter>
 #include <QStandardPaths>
 #include <QThread>
-#include <QToolBar>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <QtDebug>
 
@@ -43,18 +42,6 @@ QString savedText()
 
 // Not translated: the text the program logs and shows for a failed write.
 const QString saveFailedText = QStringLiteral("apply/save failed");
-
-QToolButton *menuButton(const QString &text, QMenu *menu, QWidget *parent)
-{
-    auto *button = new QToolButton(parent);
-    button->setText(text);
-    button->setToolTip(text);
-    button->setMenu(menu);
-    button->setPopupMode(QToolButton::InstantPopup);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
-    return button;
-}
 
 } // namespace
 
@@ -88,7 +75,7 @@ PoemEditorPane::~PoemEditorPane() = default;
 
 void PoemEditorPane::buildLayout()
 {
-    m_toolBar = buildToolBar();
+    m_toolBar = new EditorToolBar(*m_actions, this);
     m_findBar = new FindReplaceBar(this);
     m_findBar->hide();
 
@@ -132,45 +119,6 @@ void PoemEditorPane::buildLayout()
     layout->addWidget(m_findBar);
     layout->addWidget(m_splitter, 1);
     layout->addWidget(m_statsBar);
-}
-
-QToolBar *PoemEditorPane::buildToolBar()
-{
-    auto *bar = new QToolBar(tr("Textformatierung"), this);
-    bar->setIconSize(QSize(18, 18));
-    bar->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    bar->addAction(m_actions->bold);
-    bar->addAction(m_actions->italic);
-    bar->addAction(m_actions->underline);
-    bar->addSeparator();
-    bar->addAction(m_actions->smallerFont);
-    bar->addAction(m_actions->biggerFont);
-    bar->addSeparator();
-    bar->addAction(m_actions->alignLeft);
-    bar->addAction(m_actions->alignCenter);
-    bar->addAction(m_actions->alignRight);
-    bar->addSeparator();
-    bar->addWidget(menuButton(tr("Farbe"), m_actions->colorMenu, bar));
-    bar->addWidget(menuButton(tr("Abstand"), m_actions->spacingMenu, bar));
-    bar->addAction(m_actions->clearFormatting);
-    bar->addSeparator();
-    bar->addWidget(menuButton(tr("Einfügen"), m_actions->insertMenu, bar));
-    bar->addAction(m_actions->checkSpelling);
-    auto *rhymes = new QToolButton(bar);
-    rhymes->setDefaultAction(m_actions->rhymes);
-    rhymes->setMenu(m_actions->rhymeMenu);
-    rhymes->setPopupMode(QToolButton::MenuButtonPopup);
-    rhymes->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    rhymes->setFocusPolicy(Qt::NoFocus);
-    bar->addWidget(rhymes);
-    bar->addSeparator();
-    bar->addAction(m_actions->find);
-    bar->addAction(m_actions->toggleNotes);
-    bar->addWidget(menuButton(tr("Ansicht"), m_actions->viewMenu, bar));
-    bar->addAction(m_actions->duplicate);
-    for (QWidget *button : bar->findChildren<QToolButton *>())
-        button->setFocusPolicy(Qt::NoFocus);
-    return bar;
 }
 
 void PoemEditorPane::connectActions()

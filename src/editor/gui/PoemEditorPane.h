@@ -12,12 +12,12 @@
 #include <memory>
 
 class ArchiveContext;
+class EditorToolBar;
 class FindReplaceBar;
 class PoemEditorActions;
 class QMenu;
 class QPlainTextEdit;
 class QSplitter;
-class QToolBar;
 class RichPoemTextView;
 class SpellChecker;
 class WritingStatsBar;
@@ -71,6 +71,7 @@ public:
     // Null until the dictionary has loaded.
     SpellChecker *spellChecker() const { return m_spellChecker.get(); }
     FindReplaceBar *findReplaceBar() const { return m_findBar; }
+    EditorToolBar *toolBar() const { return m_toolBar; }
 
 Q_SIGNALS:
     // "Gespeichert" after each successful write, "apply/save failed" when the save failed.
@@ -84,7 +85,6 @@ Q_SIGNALS:
 private:
     void buildLayout();
     void loadSpellChecker();
-    QToolBar *buildToolBar();
     void connectActions();
     void showCurrentFormat();
     void loadFromPoem();
@@ -121,7 +121,7 @@ private:
     WritingStats m_stats;
 
     PoemEditorActions *m_actions;
-    QToolBar *m_toolBar = nullptr;
+    EditorToolBar *m_toolBar = nullptr;
     FindReplaceBar *m_findBar = nullptr;
     RichPoemTextView *m_view = nullptr;
     QWidget *m_editorArea = nullptr;
