@@ -4,6 +4,7 @@
 #include "analysis/StatisticsReport.h"
 #include "analysis/gui/DuplicateReportWindow.h"
 #include "analysis/gui/StatisticsWindow.h"
+#include "app/gui/ThemeIcon.h"
 #include "archive/ArchiveContext.h"
 
 #include <QAction>
@@ -40,7 +41,9 @@ AnalysisActions::AnalysisActions(ArchiveContext &context, QWidget *window)
     m_duplicateCheck->setStatusTip(tr("Gleiche und sehr ähnliche Titel im Archiv finden; es wird nichts verändert"));
     connect(m_duplicateCheck, &QAction::triggered, this, &AnalysisActions::checkDuplicates);
 
-    m_statistics = new QAction(QIcon::fromTheme(QStringLiteral("office-chart-bar")), tr("Statistik"), this);
+    m_statistics = new QAction(
+        QIcon::fromTheme(QStringLiteral("office-chart-bar"), ThemeIcon::named(QStringLiteral("x-office-spreadsheet"))),
+        tr("Statistik"), this);
     m_statistics->setObjectName(QStringLiteral("statisticsAction"));
     m_statistics->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S));
     m_statistics->setStatusTip(tr("Wie vollständig das Archiv ist, gesamt und je Kategorie"));

@@ -4,6 +4,7 @@
 #include "app/gui/FileManagerReveal.h"
 #include "app/gui/MainWindow.h"
 #include "app/gui/PoemDetailView.h"
+#include "app/gui/ThemeIcon.h"
 #include "backup/gui/BackupActions.h"
 #include "backup/gui/SafetyBackupWindow.h"
 #include "export/gui/ReaderPackageAction.h"
@@ -36,7 +37,8 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
     file->insertAction(beforeQuit, m_imports->undoAction());
     file->insertSeparator(beforeQuit);
 
-    m_safetyBackups = new QAction(tr("Sicherheitsbackups…"), this);
+    m_safetyBackups =
+        new QAction(ThemeIcon::named(QStringLiteral("document-open-recent")), tr("Sicherheitsbackups…"), this);
     m_safetyBackups->setObjectName(QStringLiteral("safetyBackupsAction"));
     m_safetyBackups->setStatusTip(tr("Die automatischen Sicherungen ansehen, wiederherstellen oder löschen"));
     connect(m_safetyBackups, &QAction::triggered, this, [this, &window] { showSafetyBackups(window); });
