@@ -2,6 +2,7 @@
 
 #include "archive/PersistenceController.h"
 #include "archive/PoemFactory.h"
+#include "archive/PoemStore.h"
 #include "editor/PoemRichText.h"
 #include "editor/PoemTextHighlighter.h"
 #include "editor/PoemTextWriter.h"
@@ -254,6 +255,38 @@ BENCHMARK(BM_openPoemWithTwelveMegapixelJpeg)
     ->Arg(0)
     ->Arg(1)
     ->ArgName("shown")
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly(true);
+
+// The step before: the poem's row read back from the file, its picture joined in again.
+void BM_readStoredPoemWithTwelveMegapixelJpeg(benchmark::State &state)
+{
+    QTemporaryDir dir;
+    const QString imagePath = dir.filePath(QStringLiteral("photo.jpg"));
+    photoLikeImage(3000, 4000, 7).save(imagePath, "JPEG", 90);
+    const auto document = poemWithImage(imagePath);
+    const QString storePath = dir.filePath(QStringLiteral("OdeLeaf.sqlite"));
+    auto store = PoemStore::open(storePath);
+    if (!document || !store) {
+        state.SkipWithError("could not prepare the poem");
+        return;
+    }
+    PoemValues values;
+    values.richTextData = *PoemRichText::encode(*document);
+    auto write = (*store)->beginWrite();
+    if (!write || !(*write)->insert(values) || !(*write)->commit()) {
+        state.SkipWithError("could not store the poem");
+        return;
+    }
+    write.value().reset();
+    for (auto _ : state) {
+        const auto rows = (*store)->loadAll();
+        if (!rows || rows->front().values.richTextData != values.richTextData)
+            state.SkipWithError("the poem came back different");
+    }
+}
+BENCHMARK(BM_readStoredPoemWithTwelveMegapixelJpeg)
     ->Unit(benchmark::kMillisecond)
     ->Repetitions(5)
     ->ReportAggregatesOnly(true);

@@ -2323,6 +2323,10 @@ Qt %4</translation>
         <source>Archiv ist schreibgeschützt – Änderungen sind nicht möglich.</source>
         <translation>The archive is read-only – changes are not possible.</translation>
     </message>
+    <message>
+        <source>Das Archiv ist beschädigt: Bilder des Gedichts „%1“ fehlen.</source>
+        <translation>The archive is damaged: pictures of the poem “%1” are missing.</translation>
+    </message>
 </context>
 <context>
     <name>PoemTextDocument</name>

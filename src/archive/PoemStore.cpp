@@ -19,7 +19,8 @@ const char *const fieldColumns[poemFieldCount] = {
 
 const char *const selectColumns =
     "pk, change_seq, id, title, title_normalized, text, rich_text_data, category, date, writer_notes, "
-    "is_published, in_podcast, external_id, created_at, updated_at, deleted_at";
+    "is_published, in_podcast, external_id, created_at, updated_at, deleted_at, %1";
+const int pictureListColumn = 16;
 
 // AUTOINCREMENT keeps a key from coming back after its poem was deleted for good, so a
 // process still holding the old poem can never mistake a newer one for it.
@@ -36,6 +37,18 @@ const char *const createChangeTracking[] = {
     "CREATE TABLE store_change (seq INTEGER NOT NULL)",
     "INSERT INTO store_change (seq) VALUES (0)",
 };
+
+// Pictures live in rows of their own, so a keystroke does not rewrite a photograph; the
+// poem row keeps its rich text with the picture bytes cut out and a list of where they go.
+const char *const createPictureStorage[] = {
+    "CREATE TABLE picture (id INTEGER PRIMARY KEY AUTOINCREMENT, poem_pk INTEGER NOT NULL, bytes BLOB NOT NULL)",
+    "CREATE INDEX picture_poem ON picture (poem_pk)",
+    "ALTER TABLE poem ADD COLUMN rich_text_pictures TEXT",
+};
+
+// The oldest schema a read-only store can be read in as it is: its rich text has no
+// pictures cut out.
+constexpr int firstReadableSchemaVersion = 3;
 
 std::optional<qint64> msecs(const std::optional<QDateTime> &value)
 {
@@ -81,8 +94,14 @@ template <typename T> void bindValue(SqliteStatement &statement, int index, cons
     statement.bind(index, value);
 }
 
-void bindField(SqliteStatement &statement, int index, PoemField field, const PoemValues &values)
+// The rich text goes in as the body of its split, without the picture bytes.
+void bindField(SqliteStatement &statement, int index, PoemField field, const PoemValues &values,
+               const StoredRichText &split)
 {
+    if (field == PoemField::richTextData) {
+        statement.bind(index, values.richTextData ? std::optional<QByteArray>(split.body) : std::nullopt);
+        return;
+    }
     withPoemMember(field, [&](auto member) { bindValue(statement, index, values.*member); });
 }
 
@@ -129,13 +148,16 @@ QString updateSql(PoemFieldSet fields)
         if (fields[size_t(i)])
             assignments.append(QStringLiteral("%1=?%2").arg(QLatin1String(fieldColumns[i])).arg(i + 4));
     }
+    if (fields[size_t(PoemField::richTextData)])
+        assignments.append(QStringLiteral("rich_text_pictures=?%1").arg(poemFieldCount + 4));
     assignments.append(QStringLiteral("change_seq=?3"));
     return QStringLiteral("UPDATE poem SET %1 WHERE pk=?1 AND change_seq=?2").arg(assignments.join(QLatin1Char(',')));
 }
 
 } // namespace
 
-PoemStore::PoemStore(std::unique_ptr<SqliteDatabase> db, QString path) : m_db(std::move(db)), m_path(std::move(path))
+PoemStore::PoemStore(std::unique_ptr<SqliteDatabase> db, QString path, int schemaVersion)
+    : m_db(std::move(db)), m_pictures(*m_db), m_path(std::move(path)), m_schemaVersion(schemaVersion)
 {
 }
 
@@ -163,6 +185,7 @@ Result<std::unique_ptr<PoemStore>> PoemStore::openReadOnly(const QString &path)
     // A store in WAL mode needs its shared-memory file, which a read-only folder cannot
     // get; read as an unchanging file then.
     std::unique_ptr<SqliteDatabase> db;
+    int schemaVersion = 0;
     QString firstError;
     for (const char *parameters : {"?mode=ro", "?immutable=1"}) {
         auto opened = SqliteDatabase::open(uri + QLatin1String(parameters), SqliteDatabase::OpenMode::ReadOnly);
@@ -175,15 +198,16 @@ Result<std::unique_ptr<PoemStore>> PoemStore::openReadOnly(const QString &path)
             firstError = firstError.isEmpty() ? version.errorMessage() : firstError;
             continue;
         }
-        if (*version != currentSchemaVersion)
+        if (*version < firstReadableSchemaVersion || *version > currentSchemaVersion)
             return Error{tr("Das Archiv ist schreibgeschützt und kann nicht auf den aktuellen Stand gebracht "
                             "werden.")};
+        schemaVersion = *version;
         db = std::move(opened.value());
         break;
     }
     if (!db)
         return Error{firstError};
-    std::unique_ptr<PoemStore> store(new PoemStore(std::move(db), path));
+    std::unique_ptr<PoemStore> store(new PoemStore(std::move(db), path, schemaVersion));
     store->m_readOnly = true;
     return store;
 }
@@ -220,7 +244,7 @@ Result<std::unique_ptr<PoemStore>> PoemStore::prepare(std::unique_ptr<SqliteData
     if (auto sync = db->execute(QStringLiteral("PRAGMA synchronous=FULL")); !sync)
         return sync.error();
 
-    std::unique_ptr<PoemStore> store(new PoemStore(std::move(db), path));
+    std::unique_ptr<PoemStore> store(new PoemStore(std::move(db), path, currentSchemaVersion));
     if (*version != currentSchemaVersion) {
         if (auto migrated = store->migrate(); !migrated)
             return migrated.error();
@@ -244,7 +268,8 @@ Result<void> PoemStore::migrate()
                         "Schema %2).")
                          .arg(*version)
                          .arg(currentSchemaVersion)};
-    for (int from = *version; from < currentSchemaVersion; from = from == 0 ? currentSchemaVersion : from + 1) {
+    // A new file starts with the tables of schema 3 and takes the steps from there.
+    for (int from = *version; from < currentSchemaVersion; from = from == 0 ? 3 : from + 1) {
         if (auto stepped = migrateStep(from); !stepped)
             return stepped;
     }
@@ -276,6 +301,10 @@ Result<void> PoemStore::migrateStep(int fromVersion)
         for (const char *sql : createChangeTracking)
             statements.append(QString::fromLatin1(sql));
     }
+    if (fromVersion == 3) {
+        for (const char *sql : createPictureStorage)
+            statements.append(QString::fromLatin1(sql));
+    }
     for (const QString &sql : statements) {
         if (auto done = m_db->execute(sql); !done)
             return done;
@@ -285,18 +314,59 @@ Result<void> PoemStore::migrateStep(int fromVersion)
 
 Result<std::vector<PoemStore::Row>> PoemStore::selectRows(const QString &condition, qint64 parameter)
 {
-    auto statement = m_db->prepare(
-        QStringLiteral("SELECT %1 FROM poem %2 ORDER BY pk").arg(QLatin1String(selectColumns), condition));
+    const QString columns = QString::fromLatin1(selectColumns)
+                                .arg(m_schemaVersion > firstReadableSchemaVersion ? QStringLiteral("rich_text_pictures")
+                                                                                  : QStringLiteral("NULL"));
+    auto statement = m_db->prepare(QStringLiteral("SELECT %1 FROM poem %2 ORDER BY pk").arg(columns, condition));
     if (!statement)
         return statement.error();
     if (!condition.isEmpty())
         statement->bind(1, parameter);
-    return collect(*statement, readRow);
+    auto rows = collect(*statement, [](const SqliteStatement &s) {
+        return std::make_pair(readRow(s), s.optionalText(pictureListColumn));
+    });
+    if (!rows)
+        return rows.error();
+    std::vector<Row> joined;
+    joined.reserve(rows->size());
+    for (auto &[row, pictureList] : *rows) {
+        if (auto done = joinPictures(row, pictureList); !done)
+            return done.error();
+        joined.push_back(std::move(row));
+    }
+    return joined;
+}
+
+Result<void> PoemStore::joinPictures(Row &row, const std::optional<QString> &pictureList)
+{
+    if (!pictureList)
+        return {};
+    std::optional<QByteArray> richText;
+    if (row.values.richTextData) {
+        auto joined = m_pictures.join(row.key, *row.values.richTextData, *pictureList);
+        if (!joined)
+            return joined.error();
+        richText = std::move(joined.value());
+    }
+    if (!richText)
+        return Error{tr("Das Archiv ist beschädigt: Bilder des Gedichts „%1“ fehlen.")
+                         .arg(row.values.title.value_or(QString()))};
+    row.values.richTextData = std::move(richText);
+    return {};
 }
 
 Result<std::vector<PoemStore::Row>> PoemStore::loadAll()
 {
-    return selectRows(QString(), 0);
+    // One snapshot, so no row meets pictures another process has replaced meanwhile.
+    SqliteTransaction transaction(*m_db, SqliteTransaction::Kind::read);
+    if (auto begun = transaction.begin(); !begun)
+        return begun.error();
+    auto rows = selectRows(QString(), 0);
+    if (!rows)
+        return rows.error();
+    if (auto ended = transaction.commit(); !ended)
+        return ended.error();
+    return rows;
 }
 
 Result<PoemStore::Changes> PoemStore::changesSince(qint64 changeSeq)
@@ -356,7 +426,10 @@ PoemStore::Write::Write(PoemStore &store, std::unique_ptr<SqliteTransaction> tra
 {
 }
 
-PoemStore::Write::~Write() = default;
+PoemStore::Write::~Write()
+{
+    m_store.m_pictures.rollback(); // nothing left to forget after a commit
+}
 
 Result<qint64> PoemStore::Write::insert(const PoemValues &values)
 {
@@ -371,17 +444,63 @@ Result<qint64> PoemStore::Write::insert(const PoemValues &values)
     auto statement = m_store.cachedStatement(sql);
     if (!statement)
         return statement.error();
+    const StoredRichText split = StoredRichText::split(values.richTextData.value_or(QByteArray()));
     SqliteStatement &insert = **statement;
     insert.bind(1, m_changeSeq);
     for (int i = 0; i < poemFieldCount; ++i)
-        bindField(insert, i + 2, PoemField(i), values);
+        bindField(insert, i + 2, PoemField(i), values, split);
     if (auto done = insert.run(); !done)
         return done.error();
-    return m_store.m_db->lastInsertRowId();
+    const qint64 key = m_store.m_db->lastInsertRowId();
+    if (!split.cuts.empty()) {
+        if (auto stored = storePictures(key, *values.richTextData, split); !stored)
+            return stored.error();
+    }
+    return key;
+}
+
+Result<void> PoemStore::Write::storePictures(qint64 key, const QByteArray &richText, const StoredRichText &split)
+{
+    const auto list = m_store.m_pictures.store(key, richText, split);
+    if (!list)
+        return list.error();
+    auto statement = m_store.cachedStatement(QStringLiteral("UPDATE poem SET rich_text_pictures=?2 WHERE pk=?1"));
+    if (!statement)
+        return statement.error();
+    (*statement)->bind(1, key);
+    (*statement)->bind(2, *list);
+    return (*statement)->run();
+}
+
+Result<bool> PoemStore::Write::isCurrent(qint64 key, qint64 expectedSeq)
+{
+    auto statement = m_store.m_db->prepare(QStringLiteral("SELECT change_seq FROM poem WHERE pk=?1"));
+    if (!statement)
+        return statement.error();
+    statement->bind(1, key);
+    const auto found = statement->step();
+    if (!found)
+        return found.error();
+    return *found && statement->int64(0) == expectedSeq;
 }
 
 Result<bool> PoemStore::Write::update(qint64 key, qint64 expectedSeq, const PoemValues &values, PoemFieldSet fields)
 {
+    const bool richText = fields[size_t(PoemField::richTextData)];
+    StoredRichText split;
+    std::optional<QString> pictureList;
+    if (richText) {
+        // Pictures are written before the row, so the row must be known current first:
+        // a refused update may not touch them.
+        const auto current = isCurrent(key, expectedSeq);
+        if (!current || !*current)
+            return current;
+        split = StoredRichText::split(values.richTextData.value_or(QByteArray()));
+        auto list = m_store.m_pictures.store(key, values.richTextData.value_or(QByteArray()), split);
+        if (!list)
+            return list.error();
+        pictureList = std::move(list.value());
+    }
     auto statement = m_store.cachedStatement(updateSql(fields));
     if (!statement)
         return statement.error();
@@ -391,8 +510,10 @@ Result<bool> PoemStore::Write::update(qint64 key, qint64 expectedSeq, const Poem
     update.bind(3, m_changeSeq);
     for (int i = 0; i < poemFieldCount; ++i) {
         if (fields[size_t(i)])
-            bindField(update, i + 4, PoemField(i), values);
+            bindField(update, i + 4, PoemField(i), values, split);
     }
+    if (richText)
+        update.bind(poemFieldCount + 4, pictureList);
     if (auto done = update.run(); !done)
         return done.error();
     return m_store.m_db->changes() == 1;
@@ -407,7 +528,11 @@ Result<bool> PoemStore::Write::remove(qint64 key, qint64 expectedSeq)
     (*statement)->bind(2, expectedSeq);
     if (auto done = (*statement)->run(); !done)
         return done.error();
-    return m_store.m_db->changes() == 1;
+    if (m_store.m_db->changes() != 1)
+        return false;
+    if (auto cleared = m_store.m_pictures.removeAll(key); !cleared)
+        return cleared.error();
+    return true;
 }
 
 Result<std::optional<PoemStore::Row>> PoemStore::Write::row(qint64 key)
@@ -422,5 +547,8 @@ Result<std::optional<PoemStore::Row>> PoemStore::Write::row(qint64 key)
 
 Result<void> PoemStore::Write::commit()
 {
-    return m_transaction->commit();
+    if (auto done = m_transaction->commit(); !done)
+        return done;
+    m_store.m_pictures.commit();
+    return {};
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/PictureStore.h"
 #include "archive/PoemField.h"
 #include "archive/PoemValues.h"
 #include "archive/Result.h"
@@ -25,7 +26,7 @@ class PoemStore {
     Q_DECLARE_TR_FUNCTIONS(PoemStore)
 
 public:
-    static constexpr int currentSchemaVersion = 3;
+    static constexpr int currentSchemaVersion = 4;
 
     struct Row {
         qint64 key;
@@ -54,6 +55,8 @@ public:
     private:
         friend class PoemStore;
         Write(PoemStore &store, std::unique_ptr<SqliteTransaction> transaction, qint64 changeSeq);
+        Result<bool> isCurrent(qint64 key, qint64 expectedSeq);
+        Result<void> storePictures(qint64 key, const QByteArray &richText, const StoredRichText &split);
         PoemStore &m_store;
         std::unique_ptr<SqliteTransaction> m_transaction;
         qint64 m_changeSeq;
@@ -82,15 +85,18 @@ public:
     QString path() const { return m_path; }
 
 private:
-    PoemStore(std::unique_ptr<SqliteDatabase> db, QString path);
+    PoemStore(std::unique_ptr<SqliteDatabase> db, QString path, int schemaVersion);
     static Result<std::unique_ptr<PoemStore>> prepare(std::unique_ptr<SqliteDatabase> db, const QString &path);
     Result<void> migrate();
     Result<void> migrateStep(int fromVersion);
     Result<std::vector<Row>> selectRows(const QString &condition, qint64 parameter);
+    Result<void> joinPictures(Row &row, const std::optional<QString> &pictureList);
     Result<SqliteStatement *> cachedStatement(const QString &sql);
 
     std::unique_ptr<SqliteDatabase> m_db;
     std::map<QString, SqliteStatement> m_statements;
+    PictureStore m_pictures;
     QString m_path;
+    int m_schemaVersion;
     bool m_readOnly = false;
 };
