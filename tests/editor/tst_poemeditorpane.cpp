@@ -342,13 +342,13 @@ private Q_SLOTS:
         QCOMPARE(PoemRichText::plainText(*view()->document()), QStringLiteral("Reich"));
 
         // Someone else (an import) writes the record: the editor follows.
-        PoemEdit::apply(
+        QVERIFY(PoemEdit::apply(
             context(), *poem,
             [](Poem &p) {
                 p.setText(QStringLiteral("Neu"));
                 p.setRichTextData(*PoemRichText::encodePlainText(QStringLiteral("Neu")));
             },
-            QDateTime::currentDateTimeUtc());
+            QDateTime::currentDateTimeUtc()));
         QCOMPARE(PoemRichText::plainText(*view()->document()), QStringLiteral("Neu"));
     }
 
@@ -456,6 +456,44 @@ private Q_SLOTS:
         QVERIFY(!m_poem->text()->contains(QStringLiteral("bild.png")));
     }
 
+    // A photo in a poem on disk: typing next to it saves without re-encoding it, and the
+    // file gives back its very bytes.
+    void aPhotoKeepsItsBytesThroughTypingAndReopening()
+    {
+        const QString photo = m_dir.filePath(QStringLiteral("foto.jpg"));
+        QVERIFY(patternImage(1600, 1200).save(photo, "JPEG", 85));
+        QFile file(photo);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray jpeg = file.readAll();
+        const QString storePath = m_dir.filePath(QStringLiteral("mit-foto.sqlite"));
+        QByteArray typed;
+        {
+            auto store = PersistenceController::open(storePath);
+            QVERIFY(store);
+            ArchiveContext &onDisk = (*store)->viewContext();
+            PoemPtr poem = PoemFactory::makeNewPoem(onDisk, QDateTime::currentDateTimeUtc());
+            poem->setText(QStringLiteral("Am Meer"));
+            QVERIFY(onDisk.save());
+            PoemEditorPane pane(onDisk);
+            pane.show();
+            pane.setPoem(poem);
+            pane.textView()->moveCursor(QTextCursor::End);
+            pane.send(RichTextCommand::insertImage(photo));
+            pane.textView()->moveCursor(QTextCursor::Start);
+            QTest::keyClicks(pane.textView(), QStringLiteral("Abends "));
+            QVERIFY(!onDisk.hasChanges());
+            typed = poem->richTextData().value_or(QByteArray());
+        }
+        auto reopened = PersistenceController::open(storePath);
+        QVERIFY(reopened);
+        const auto poems = (*reopened)->viewContext().fetch();
+        QCOMPARE(poems.size(), 1);
+        QCOMPARE(poems.front()->richTextData(), std::optional<QByteArray>(typed));
+        const auto document = storedDocument(*poems.front());
+        QVERIFY(PoemRichText::plainText(*document).startsWith(QStringLiteral("Abends Am Meer")));
+        QCOMPARE(document->picture(firstImage(*document).name())->bytes, jpeg);
+    }
+
     void rendersInBothAppearances()
     {
         auto formatted = PoemRichText::fromPlainText(QStringLiteral("Abendlied\nDer Mond ist aufgegangen,\n"
@@ -474,7 +512,7 @@ private Q_SLOTS:
         RichTextEditing::insertSectionMark(cursor);
         cursor.insertText(QStringLiteral("Wie ist die Welt so stille"));
         cursor.insertBlock();
-        RichTextEditing::insertImage(cursor, patternImage(360, 200), 400);
+        QVERIFY(RichTextEditing::insertImage(cursor, patternImage(360, 200), 400));
         cursor.insertBlock();
         RichTextEditing::insertCaption(cursor);
         cursor.insertText(QStringLiteral("Am Fluss, im Herbst"));

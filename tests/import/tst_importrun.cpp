@@ -190,8 +190,8 @@ private Q_SLOTS:
         const PoemPtr close = addPoem(context(), QStringLiteral("Abendstille 2"));
         const PoemPtr pdfOnly = addPoem(context(), QStringLiteral("Langes Gedicht"));
         QVERIFY(context().save().ok());
-        for (const QString name : {QStringLiteral("Herbstlied.pdf"), QStringLiteral("Abendstille.pdf"),
-                                   QStringLiteral("Langes Gedicht.pdf")})
+        for (const QString &name : {QStringLiteral("Herbstlied.pdf"), QStringLiteral("Abendstille.pdf"),
+                                    QStringLiteral("Langes Gedicht.pdf")})
             QVERIFY(QFile::copy(dataPath(name), QDir(m_folder).filePath(name)));
         QVERIFY(QFile::copy(dataPath(QStringLiteral("Abendstille.pdf")), QDir(m_folder).filePath("Zwei.pdf")));
         ImportReviewOptions options;
