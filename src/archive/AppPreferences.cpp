@@ -396,7 +396,12 @@ Result<bool> AppPreferences::setValueText(const QString &key, const QString &val
         }
         return stored(setValue(keyCategories, names));
     }
-    if (key == keyAppLanguage)
-        return stored(storeAppLanguage(appLanguageFromRaw(value)));
+    if (key == keyAppLanguage) {
+        // An unknown name would quietly become "system"; refuse it instead.
+        const AppLanguage language = appLanguageFromRaw(value);
+        if (rawValue(language) != value)
+            return false;
+        return stored(storeAppLanguage(language));
+    }
     return stored(setValue(key, value));
 }

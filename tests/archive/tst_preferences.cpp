@@ -51,6 +51,9 @@ private Q_SLOTS:
 
     void languageChoiceDecidesTheInterfaceLanguage()
     {
+        QCOMPARE(*AppPreferences::setValueText(QStringLiteral("appLanguage"), QStringLiteral("english")), true);
+        QCOMPARE(*AppPreferences::setValueText(QStringLiteral("appLanguage"), QStringLiteral("en")), false);
+        QCOMPARE(AppPreferences::appLanguage(), AppLanguage::english);
         AppPreferences::applyAppLanguage(AppLanguage::english);
         QCOMPARE(AppPreferences::appLanguage(), AppLanguage::english);
         QCOMPARE(AppPreferences::interfaceLanguage(), QStringLiteral("en"));
