@@ -16,11 +16,9 @@ QList<PoemPtr> activePoems(const ArchiveContext &context)
 
 int runReaderPackage(CliInvocation &cli)
 {
-    if (!cli.finishOptions(1, 1))
-        return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.archiveAfterOptions(1, 1);
     if (!context)
-        return 1;
+        return cli.exitCode();
     const QString path = cli.positional().at(0);
     const auto written =
         OdeLeafReaderPackageExporter::write(activePoems(*context), AppPreferences::poemCategories(), path);
@@ -33,11 +31,9 @@ int runReaderPackage(CliInvocation &cli)
 int runDuplicates(CliInvocation &cli)
 {
     const bool json = cli.takeFlag(QStringLiteral("--json"));
-    if (!cli.finishOptions(0, 0))
-        return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.archiveAfterOptions(0, 0);
     if (!context)
-        return 1;
+        return cli.exitCode();
     const DuplicateCheckReport report = DuplicateChecker::check(activePoems(*context));
     if (json) {
         cli.printRaw(ArchiveJson::encode(DuplicateChecker::toJson(report)) + '\n');
@@ -53,11 +49,9 @@ int runStats(CliInvocation &cli)
 {
     const auto jsonPath = cli.takeOption(QStringLiteral("--json"));
     const auto pdfPath = cli.takeOption(QStringLiteral("--pdf"));
-    if (!cli.finishOptions(0, 0))
-        return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.archiveAfterOptions(0, 0);
     if (!context)
-        return 1;
+        return cli.exitCode();
     const StatisticsReport report = StatisticsReport::make(activePoems(*context));
     if (!jsonPath && !pdfPath) {
         for (const QString &line : report.textLines())

@@ -15,11 +15,9 @@ namespace {
 
 int runBackup(CliInvocation &cli)
 {
-    if (!cli.finishOptions(1, 1))
-        return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.archiveAfterOptions(1, 1);
     if (!context)
-        return 1;
+        return cli.exitCode();
     const QString path = cli.positional().at(0);
     const auto written = BackupExporter::writeBackup(context->fetch(), path);
     if (!written)
@@ -76,11 +74,9 @@ int runRestore(CliInvocation &cli)
 
 int runDailyBackup(CliInvocation &cli)
 {
-    if (!cli.finishOptions(0, 0))
-        return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.archiveAfterOptions(0, 0);
     if (!context)
-        return 1;
+        return cli.exitCode();
     const DailyBackup::Outcome outcome = DailyBackup::runDailyAutomaticBackupIfNeeded(*context);
     if (outcome.status == DailyBackup::Status::failed)
         return cli.fail(outcome.statusLine);

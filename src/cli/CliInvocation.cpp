@@ -109,7 +109,7 @@ int CliInvocation::fail(const QString &message)
 {
     standardError() << message << '\n';
     standardError().flush();
-    return 1;
+    return m_exitCode = 1;
 }
 
 void CliInvocation::note(const QString &message)
@@ -123,7 +123,7 @@ int CliInvocation::usageError(const QString &message)
     const QString reason = message.isEmpty() ? m_pendingError : message;
     standardError() << "odeleaf-cli " << m_command << ": " << reason << '\n' << "Try 'odeleaf-cli --help' for usage.\n";
     standardError().flush();
-    return 2;
+    return m_exitCode = 2;
 }
 
 ArchiveContext *CliInvocation::archive()
@@ -133,6 +133,15 @@ ArchiveContext *CliInvocation::archive()
         return nullptr;
     }
     return &PersistenceController::shared().viewContext();
+}
+
+ArchiveContext *CliInvocation::archiveAfterOptions(int minPositional, int maxPositional)
+{
+    if (!finishOptions(minPositional, maxPositional)) {
+        usageError({});
+        return nullptr;
+    }
+    return archive();
 }
 
 ArchiveContext *CliInvocation::writableArchive()

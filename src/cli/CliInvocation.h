@@ -33,6 +33,11 @@ public:
 
     // Opens the store on first use; prints the load failure and returns null on error.
     ArchiveContext *archive();
+    // The usual start of a command: finishes the options, then opens the store. Null after
+    // saying what went wrong; exitCode() is then the command's exit status.
+    ArchiveContext *archiveAfterOptions(int minPositional, int maxPositional);
+    // Of the last fail() or usageError().
+    int exitCode() const { return m_exitCode; }
     // For commands that change the archive: the archive, or null after saying why it
     // cannot be changed (it did not open, or it is read-only).
     ArchiveContext *writableArchive();
@@ -42,4 +47,5 @@ private:
     QStringList m_arguments;
     QStringList m_positional;
     QString m_pendingError;
+    int m_exitCode = 0;
 };

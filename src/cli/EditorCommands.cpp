@@ -4,7 +4,6 @@
 #include "cli/CliTexts.h"
 #include "editor/RhymeProvider.h"
 
-
 namespace {
 
 int runRhymeUrl(CliInvocation &cli)

@@ -138,11 +138,9 @@ int runImport(CliInvocation &cli)
 
 int runUndoImport(CliInvocation &cli)
 {
-    if (!cli.finishOptions(0, 0))
-        return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.archiveAfterOptions(0, 0);
     if (!context)
-        return 1;
+        return cli.exitCode();
     const auto undone = ImportUndo::undoLastImport(*context);
     if (!undone)
         return cli.fail(undone.errorMessage());
@@ -152,11 +150,9 @@ int runUndoImport(CliInvocation &cli)
 
 int runImportCsv(CliInvocation &cli)
 {
-    if (!cli.finishOptions(1, 1))
-        return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.archiveAfterOptions(1, 1);
     if (!context)
-        return 1;
+        return cli.exitCode();
     const CSVImportResult result = CSVImporter::importGedichte(cli.positional().at(0), *context);
     if (result.error)
         return cli.fail(CSVImporter::statusLine(result));

@@ -157,11 +157,9 @@ int runTrash(CliInvocation &cli)
 int runTrashList(CliInvocation &cli)
 {
     const bool json = cli.takeFlag(QStringLiteral("--json"));
-    if (!cli.finishOptions(0, 0))
-        return cli.usageError({});
-    ArchiveContext *context = cli.archive();
+    ArchiveContext *context = cli.archiveAfterOptions(0, 0);
     if (!context)
-        return 1;
+        return cli.exitCode();
     const QList<PoemPtr> poems = Trash(*context).poems();
     if (json) {
         QJsonArray list;
