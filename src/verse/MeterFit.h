@@ -1,0 +1,28 @@
+#pragma once
+
+#include "verse/LineSound.h"
+#include "verse/Meter.h"
+
+#include <QList>
+
+#include <optional>
+
+// How well lines keep a foot. Monosyllables take whichever stress the foot asks of them; only
+// the stresses of longer words can go against it.
+class MeterFit {
+public:
+    // Syllables against the foot: a longer word's stressed syllable where the foot has no
+    // stress, or its unstressed neighbour where the foot has one.
+    static int violations(const LineSound &line, MetricalFoot foot);
+    // 'x' and 'X' per syllable as the foot reads the line, the word's own stress where it
+    // goes against the foot.
+    static QString stressPattern(const LineSound &line, MetricalFoot foot);
+    // Article-like monosyllables on a stress, other monosyllables off it; only decides between
+    // feet that fit equally well.
+    static int leanings(const LineSound &line, MetricalFoot foot);
+    // The foot that reads this line alone best.
+    static MetricalFoot bestFoot(const LineSound &line);
+    // The foot that fits most lines, with its most common number of stresses; none for free
+    // verse.
+    static std::optional<Meter> detect(const QList<const LineSound *> &lines);
+};
