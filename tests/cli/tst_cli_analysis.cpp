@@ -109,6 +109,84 @@ private Q_SLOTS:
         QVERIFY(failed.err.startsWith(QStringLiteral("Statistik konnte nicht gespeichert werden: ")));
         QCOMPARE(m_cli->run({QStringLiteral("stats"), QStringLiteral("--json")}).exitCode, 2);
     }
+
+    // The stored poem and a text file give the same analysis; the language is the spell
+    // checker's choice unless given.
+    void verseOfAPoemAndOfAFile()
+    {
+        const QString text = QStringLiteral("Ich ging im Walde\nSo für mich hin,\n\n* * *\nIm Schatten sah ich\nEin "
+                                            "Blümchen stehn,\nWie Sterne leuchtend,\nWie Äuglein schön.\n");
+        const QString id = add(QStringLiteral("Gefunden"), {QStringLiteral("--text"), text});
+        const CliOutcome fromPoem = m_cli->run({QStringLiteral("verse"), id});
+        QCOMPARE(fromPoem.exitCode, 0);
+        QCOMPARE(fromPoem.out, QStringLiteral("5\tA\txXxXx\tIch ging im Walde\n"
+                                              "4\tB\txXxX\tSo für mich hin,\n"
+                                              "\n"
+                                              "0\t\t\t* * *\n"
+                                              "5\tA\txXxXx\tIm Schatten sah ich\n"
+                                              "4\tB\txXxX\tEin Blümchen stehn,\n"
+                                              "5\tC\txXxXx\tWie Sterne leuchtend,\n"
+                                              "4\tD\txXxX\tWie Äuglein schön.\n"
+                                              "2-hebiger Jambus\n"));
+
+        QFile file(path(QStringLiteral("poem.txt")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write(text.toUtf8()) > 0);
+        file.close();
+        const CliOutcome json = m_cli->run(
+            {QStringLiteral("verse"), QStringLiteral("--text-file"), file.fileName(), QStringLiteral("--json")});
+        QCOMPARE(json.exitCode, 0);
+        const QJsonObject analysis = QJsonDocument::fromJson(json.out.toUtf8()).object();
+        QCOMPARE(analysis.value(QStringLiteral("language")).toString(), QStringLiteral("de"));
+        QCOMPARE(analysis.value(QStringLiteral("meter")).toObject(),
+                 (QJsonObject{{QStringLiteral("name"), QStringLiteral("Jambus")}, {QStringLiteral("feet"), 2}}));
+        const QJsonArray stanzas = analysis.value(QStringLiteral("stanzas")).toArray();
+        QCOMPARE(stanzas.size(), 2);
+        const QJsonObject second = stanzas.at(1).toObject();
+        QCOMPARE(second.value(QStringLiteral("scheme")).toString(), QStringLiteral("ABCD"));
+        const QJsonArray lines = second.value(QStringLiteral("lines")).toArray();
+        QVERIFY(!lines.at(0).toObject().contains(QStringLiteral("rhyme")));
+        const QJsonObject stehn = lines.at(2).toObject();
+        QCOMPARE(stehn.value(QStringLiteral("syllables")).toInt(), 4);
+        QCOMPARE(stehn.value(QStringLiteral("stress")).toString(), QStringLiteral("xXxX"));
+        QCOMPARE(stehn.value(QStringLiteral("rhymeKey")).toString(), QStringLiteral("e:n"));
+        QCOMPARE(stehn.value(QStringLiteral("impureWith")).toString(), QStringLiteral("D"));
+        QCOMPARE(lines.at(4).toObject().value(QStringLiteral("impureWith")).toString(), QStringLiteral("B"));
+
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QVERIFY(file.write("Whose woods these are I think I know.\nHis house is in the village though;\n") > 0);
+        file.close();
+        const CliOutcome english = m_cli->run(
+            {QStringLiteral("verse"), QStringLiteral("--text-file"), file.fileName(), QStringLiteral("--json")});
+        QCOMPARE(QJsonDocument::fromJson(english.out.toUtf8()).object().value(QStringLiteral("language")).toString(),
+                 QStringLiteral("en"));
+        const CliOutcome forced =
+            m_cli->run({QStringLiteral("verse"), QStringLiteral("--text-file"), file.fileName(),
+                        QStringLiteral("--language"), QStringLiteral("de"), QStringLiteral("--json")});
+        QCOMPARE(QJsonDocument::fromJson(forced.out.toUtf8()).object().value(QStringLiteral("language")).toString(),
+                 QStringLiteral("de"));
+    }
+
+    void verseRefusals_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::newRow("neither poem nor file") << QStringList{"verse"} << 2;
+        QTest::newRow("both poem and file") << QStringList{"verse", "x", "--text-file", "f.txt"} << 2;
+        QTest::newRow("unknown language") << QStringList{"verse", "--text-file", "f.txt", "--language", "fr"} << 2;
+        QTest::newRow("unknown poem") << QStringList{"verse", "00000000-0000-0000-0000-000000000001"} << 1;
+        QTest::newRow("missing file") << QStringList{"verse", "--text-file", "/nirgends/f.txt"} << 1;
+    }
+
+    void verseRefusals()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        const CliOutcome outcome = m_cli->run(arguments);
+        QCOMPARE(outcome.exitCode, exitCode);
+        QVERIFY(outcome.out.isEmpty());
+        QVERIFY(!outcome.err.isEmpty());
+    }
 };
 
 QTEST_GUILESS_MAIN(CliAnalysisTest)

@@ -132,6 +132,173 @@ private Q_SLOTS:
               qPrintable(wrong.join(QStringLiteral("; "))));
         QVERIFY2(rightLines * 100 >= lines * 97, qPrintable(wrong.join(QStringLiteral("; "))));
     }
+
+    void phonemeOutputToSyllables_data()
+    {
+        QTest::addColumn<QString>("phonemes");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("stresses");
+        QTest::addColumn<QString>("rhymeTail");
+        // '2' primary, '1' secondary, '0' unstressed per syllable.
+        QTest::newRow("schwa syllable") << "g|'I|p|f|@|l|n"
+                                        << "de"
+                                        << "20"
+                                        << "I p f @ l n";
+        QTest::newRow("pause marks and secondary stress") << "_!|'a|l|3|k|l|,aI|n|s|t|@|n"
+                                                          << "de"
+                                                          << "2010"
+                                                          << "aI n s t @ n";
+        QTest::newRow("German -er after a diphthong is a syllable") << "m|'aU|3"
+                                                                    << "de"
+                                                                    << "20"
+                                                                    << "aU 3";
+        QTest::newRow("English our is one") << "aU|3|s|'E|l|v|z"
+                                            << "en"
+                                            << "02"
+                                            << "E l v z";
+        QTest::newRow("stress mark before a consonant") << "'p|r|aI|z|@"
+                                                        << "de"
+                                                        << "20"
+                                                        << "aI z @";
+        QTest::newRow("syllabic l") << "l|'I|t|@L"
+                                    << "en"
+                                    << "20"
+                                    << "I t @L";
+        QTest::newRow("unstressed word rhymes from its last vowel") << "D|@"
+                                                                    << "en"
+                                                                    << "0"
+                                                                    << "@";
+    }
+
+    void phonemeOutputToSyllables()
+    {
+        QFETCH(QString, phonemes);
+        QFETCH(QString, language);
+        QFETCH(QString, stresses);
+        QFETCH(QString, rhymeTail);
+        const WordSound sound = Pronouncer::parse(phonemes, language);
+        QString found;
+        for (const LexicalStress stress : sound.stresses)
+            found += QString::number(int(stress));
+        QCOMPARE(found, stresses);
+        QCOMPARE(sound.rhymeTail().join(QLatin1Char(' ')), rhymeTail);
+    }
+
+    void impureRhymes_data()
+    {
+        QTest::addColumn<QString>("tail");
+        QTest::addColumn<QString>("other");
+        QTest::addColumn<bool>("impure");
+        QTest::newRow("Himmel, Schimmer") << "I m @ l"
+                                          << "I m 3" << true;
+        QTest::newRow("bedeuten, Zeiten") << "OY t @ n"
+                                          << "aI t @ n" << true;
+        QTest::newRow("Höh, Schnee") << "Y: "
+                                     << "e:" << true;
+        QTest::newRow("Lande, spannte") << "a n d @"
+                                        << "a n t @" << true;
+        QTest::newRow("a pure rhyme is not impure") << "aU s"
+                                                    << "aU s" << false;
+        QTest::newRow("Haus, Hauch: short endings must agree") << "aU s"
+                                                               << "aU x" << false;
+        QTest::newRow("date, fade: voicing at the end") << "eI t"
+                                                        << "eI d" << false;
+        QTest::newRow("other vowel") << "I m @ l"
+                                     << "a m @ l" << false;
+    }
+
+    void impureRhymes()
+    {
+        QFETCH(QString, tail);
+        QFETCH(QString, other);
+        QFETCH(bool, impure);
+        const QStringList a = tail.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        const QStringList b = other.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        QCOMPARE(ImpureRhyme::matches(a, b), impure);
+        QCOMPARE(ImpureRhyme::matches(b, a), impure);
+    }
+
+    void metreOfSpelledLines_data()
+    {
+        QTest::addColumn<QStringList>("lines");
+        QTest::addColumn<QString>("meter");
+        QTest::addColumn<QString>("lastStress");
+        QTest::newRow("monosyllables follow the longer words")
+            << QStringList{"X X xX", "xX X X", "X X X X"} << "2-hebiger Jambus"
+            << "xXxX";
+        QTest::newRow("a trochaic word fixes the foot")
+            << QStringList{"Xx X X", "X X Xx", "X X X X"} << "2-hebiger Trochäus"
+            << "XxXx";
+        QTest::newRow("dactyls") << QStringList{"Xxx Xxx", "X X X Xxx", "X X X X X X"} << "2-hebiger Daktylus"
+                                 << "XxxXxx";
+        QTest::newRow("alternating lines are named by the long ones")
+            << QStringList{"xX xX xX xX", "xX xX xX", "xX xX xX xX", "xX xX xX"} << "4-hebiger Jambus"
+            << "xXxXxX";
+        QTest::newRow("each line in another foot is free verse")
+            << QStringList{"xX xX", "Xx Xx", "Xxx Xxx", "xxX xxX"} << "freie Rhythmen"
+            << "xxXxxX";
+        QTest::newRow("a stress against the foot shows as spoken")
+            << QStringList{"xX xX", "xX xX", "Xx xX"} << "2-hebiger Jambus"
+            << "XxxX";
+        QTest::newRow("secondary stress is free") << QStringList{"xX xX", "X XS X"} << "2-hebiger Jambus"
+                                                  << "xXxX";
+    }
+
+    void metreOfSpelledLines()
+    {
+        QFETCH(QStringList, lines);
+        QFETCH(QString, meter);
+        QFETCH(QString, lastStress);
+        QList<LineSound> sounds;
+        for (const QString &line : lines)
+            sounds.append(lineOf(line));
+        QList<const LineSound *> pointers;
+        for (const LineSound &sound : sounds)
+            pointers.append(&sound);
+        const std::optional<Meter> found = MeterFit::detect(pointers);
+        QCOMPARE(VerseAnalysis::meterText(found), meter);
+        const MetricalFoot foot = found ? found->foot : MeterFit::bestFoot(sounds.last());
+        QCOMPARE(MeterFit::stressPattern(sounds.last(), foot), lastStress);
+    }
+
+    // Stanzas, line numbers and letters from a text as the editor hands it over.
+    void stanzasLinesAndLetters()
+    {
+        VerseAnalyzer analyzer;
+        const QString text =
+            QStringLiteral("\r\nDer Tag ist hin,\r\nich bin\n\n\n* * *\nder Wind\u2028das Kind\n  \nund hin");
+        const VerseAnalysis analysis = analyzer.analyse(text, QStringLiteral("de"));
+        QCOMPARE(analysis.stanzas.size(), 3);
+        QCOMPARE(analysis.stanzas.at(0).scheme(), QStringLiteral("AA"));
+        QCOMPARE(analysis.stanzas.at(1).scheme(), QStringLiteral("AA"));
+        QCOMPARE(analysis.stanzas.at(2).scheme(), QStringLiteral("A"));
+        const VerseLine &mark = analysis.stanzas.at(1).lines.at(0);
+        QCOMPARE(mark.text, QStringLiteral("* * *"));
+        QVERIFY(mark.rhyme.isEmpty());
+        QCOMPARE(mark.syllables, 0);
+        QList<int> numbers;
+        for (const VerseLine *line : analysis.lines())
+            numbers.append(line->lineNumber);
+        QCOMPARE(numbers, (QList<int>{1, 2, 5, 6, 7, 9}));
+        QCOMPARE(analysis.textLines().first(), QStringLiteral("4\tA\txXxX\tDer Tag ist hin,"));
+    }
+
+    // After an edit only the changed line is pronounced again.
+    void anEditPronouncesOnlyTheChangedLine()
+    {
+        VerseAnalyzer analyzer;
+        const QString poem = poemText("rilke-panther");
+        const VerseAnalysis before = analyzer.analyse(poem, QStringLiteral("de"));
+        const int pronounced = analyzer.linesPronounced();
+        QCOMPARE(pronounced, 12);
+        QString edited = poem;
+        edited.replace(QStringLiteral("keine Welt"), QStringLiteral("keine Zeit"));
+        const VerseAnalysis after = analyzer.analyse(edited, QStringLiteral("de"));
+        QCOMPARE(analyzer.linesPronounced(), pronounced + 1);
+        QCOMPARE(before.stanzas.at(0).scheme(), QStringLiteral("ABAB"));
+        QCOMPARE(after.stanzas.at(0).scheme(), QStringLiteral("ABAC"));
+        QCOMPARE(after.stanzas.at(1).scheme(), QStringLiteral("ABAB"));
+    }
 };
 
 QTEST_GUILESS_MAIN(VerseAnalysisTest)
