@@ -1956,6 +1956,10 @@ Qt %4</translation>
         <source>Ersetzen…</source>
         <translation>Replace…</translation>
     </message>
+    <message>
+        <source>Versmaß</source>
+        <translation>Metre</translation>
+    </message>
 </context>
 <context>
     <name>PoemEditorPane</name>
@@ -3408,6 +3412,59 @@ kept unchanged</translation>
     </message>
 </context>
 <context>
+    <name>VerseAnalysis</name>
+    <message>
+        <source>freie Rhythmen</source>
+        <translation>free verse</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n-hebiger Jambus</source>
+        <translation>
+            <numerusform>iambic, %n foot</numerusform>
+            <numerusform>iambic, %n feet</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n-hebiger Trochäus</source>
+        <translation>
+            <numerusform>trochaic, %n foot</numerusform>
+            <numerusform>trochaic, %n feet</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n-hebiger Daktylus</source>
+        <translation>
+            <numerusform>dactylic, %n foot</numerusform>
+            <numerusform>dactylic, %n feet</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n-hebiger Anapäst</source>
+        <translation>
+            <numerusform>anapaestic, %n foot</numerusform>
+            <numerusform>anapaestic, %n feet</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n-hebiger Amphibrachys</source>
+        <translation>
+            <numerusform>amphibrachic, %n foot</numerusform>
+            <numerusform>amphibrachic, %n feet</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 Vers weicht ab</source>
+        <translation>1 line breaks it</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Verse weichen ab</source>
+        <translation>
+            <numerusform>%n line breaks it</numerusform>
+            <numerusform>%n lines break it</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>WriterImageSize</name>
     <message>
         <source>Klein</source>
@@ -3439,6 +3496,10 @@ kept unchanged</translation>
     <message>
         <source>Strophen</source>
         <translation>Stanzas</translation>
+    </message>
+    <message>
+        <source>%1. Klicken markiert die abweichenden Verse.</source>
+        <translation>%1. Click to mark the lines that break the metre.</translation>
     </message>
 </context>
 </TS>

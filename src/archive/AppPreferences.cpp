@@ -24,6 +24,7 @@ const QString keyInterfaceLanguages = QStringLiteral("interfaceLanguages");
 const QString keySearchMode = QStringLiteral("searchMode");
 const QString keySearchTitleOnly = QStringLiteral("searchTitleOnly");
 const QString keyDailyBackup = QStringLiteral("automaticDailyBackupEnabled");
+const QString keyVerseTools = QStringLiteral("showsVerseTools");
 const QString keyLastDailyBackup = QStringLiteral("lastAutomaticBackupDay");
 const QString keyRhymeProvider = QStringLiteral("defaultRhymeProvider");
 const QString keyEditorFont = QStringLiteral("editorFontName");
@@ -172,6 +173,16 @@ bool AppPreferences::searchTitleOnly()
 void AppPreferences::setSearchTitleOnly(bool value)
 {
     (void)setValue(keySearchTitleOnly, value);
+}
+
+bool AppPreferences::showsVerseTools()
+{
+    return flag(keyVerseTools);
+}
+
+void AppPreferences::setShowsVerseTools(bool value)
+{
+    (void)setValue(keyVerseTools, value);
 }
 
 bool AppPreferences::automaticDailyBackupEnabled()

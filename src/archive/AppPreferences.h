@@ -29,6 +29,10 @@ public:
     static bool searchTitleOnly();
     static void setSearchTitleOnly(bool value);
 
+    // The verse gutter and metre beside the poem ("Versmaß"); on unless turned off.
+    static bool showsVerseTools();
+    static void setShowsVerseTools(bool value);
+
     static bool automaticDailyBackupEnabled();
     static void setAutomaticDailyBackupEnabled(bool value);
     // The local day ("yyyy-MM-dd") of the last daily backup written; empty before the first.

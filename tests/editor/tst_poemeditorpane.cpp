@@ -14,8 +14,10 @@
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
+#include "editor/gui/VerseGutter.h"
 #include "editor/gui/WritingStatsBar.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -27,10 +29,12 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextImageFormat>
 #include <QTextLayout>
 #include <QToolBar>
@@ -205,6 +209,65 @@ private Q_SLOTS:
         }
         // The smaller form's "Mehr" leaves the shared commands visible in the menus.
         QVERIFY(m_pane->actions()->clearFormatting->isVisible());
+    }
+
+    // Each gutter row stands level with its line as laid out, also after a line that wraps
+    // and at a larger font; the metre marks its breaking lines on a click; "Versmaß" off is
+    // remembered.
+    void verseGutterFollowsTheLaidOutLines()
+    {
+        const QString longLine = QStringLiteral("So für mich hin und immer weiter durch den Wald und über alle Berge "
+                                                "bis an das Ende der Welt");
+        m_poem = addPoem(QStringLiteral("Ich ging im Walde\n") + longLine +
+                         QStringLiteral("\nUnd nichts zu suchen,\nDas war mein Sinn.\n\nIm Schatten sah ich"));
+        m_pane->setPoem(m_poem);
+        VerseGutter *gutter = m_pane->verseGutter();
+        QTRY_COMPARE(gutter->analysis().lines().size(), 5);
+        QVERIFY(gutter->isVisible());
+
+        const auto rowsLevelWithBlocks = [&] {
+            const QList<QPair<const VerseLine *, QRect>> rows = gutter->lineRects();
+            if (rows.size() != 5)
+                return false;
+            for (const auto &[line, row] : rows) {
+                const QTextBlock block = view()->document()->findBlockByNumber(line->lineNumber);
+                QRectF box = view()->document()->documentLayout()->blockBoundingRect(block);
+                box.translate(0, -view()->verticalScrollBar()->value());
+                const int top =
+                    gutter->mapFrom(m_pane.get(), view()->viewport()->mapTo(m_pane.get(), box.topLeft().toPoint())).y();
+                if (row.top() < top - 1 || row.bottom() > top + box.height() + 1)
+                    return false;
+            }
+            return true;
+        };
+        QVERIFY(rowsLevelWithBlocks());
+        const QList<QPair<const VerseLine *, QRect>> rows = gutter->lineRects();
+        QVERIFY2(rows.at(2).second.top() - rows.at(1).second.top() > 3 * rows.at(1).second.height() / 2,
+                 "the long line should wrap and push the next row down");
+
+        view()->selectAll();
+        for (int i = 0; i < 4; ++i)
+            m_pane->send(RichTextCommand(RichTextCommand::Kind::increaseFontSize));
+        QTRY_VERIFY(gutter->lineRects().at(0).second.height() > rows.at(0).second.height());
+        QVERIFY(rowsLevelWithBlocks());
+
+        const QList<int> breaking = gutter->analysis().breakingLineNumbers();
+        QVERIFY(!breaking.isEmpty());
+        auto *meter = m_pane->statsBar()->findChild<QToolButton *>(QStringLiteral("meterButton"));
+        QVERIFY(meter && meter->isVisible());
+        QVERIFY(m_pane->statsBar()->meterText().startsWith(gutter->analysis().meterText()));
+        meter->click();
+        QCOMPARE(view()->extraSelections().size(), breaking.size());
+        meter->click();
+        QVERIFY(view()->extraSelections().isEmpty());
+
+        m_pane->actions()->toggleVerse->trigger();
+        QVERIFY(!gutter->isVisible());
+        QVERIFY(!meter->isVisible());
+        PoemEditorPane reopened(context());
+        QVERIFY(!reopened.showsVerseTools());
+        m_pane->actions()->toggleVerse->trigger();
+        QTRY_VERIFY(gutter->isVisible());
     }
 
     void typingSavesBothFormsAtOnce()

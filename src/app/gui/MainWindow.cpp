@@ -302,6 +302,7 @@ void MainWindow::buildMenus()
     m_viewMenu->addAction(editorActions->toggleFocusMode);
     m_viewMenu->addAction(editorActions->toggleToolbar);
     m_viewMenu->addAction(editorActions->toggleNotes);
+    m_viewMenu->addAction(editorActions->toggleVerse);
     menuBar()->addMenu(m_detail->editorPane()->formattingMenu());
     menuBar()->addMenu(editorActions->insertMenu);
 

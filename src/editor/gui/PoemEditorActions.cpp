@@ -61,6 +61,7 @@ PoemEditorActions::PoemEditorActions(QWidget *owner) : QObject(owner), m_owner(o
     toggleFocusMode = makeToggle(tr("Fokusmodus"), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_F));
     toggleToolbar = makeToggle(tr("Werkzeugleiste ausblenden"));
     paperAppearance = makeToggle(tr("Papieransicht"));
+    toggleVerse = makeToggle(tr("Versmaß"));
     duplicate = make(tr("Gedicht als neue Variante duplizieren"));
     duplicate->setIcon(EditorIcons::duplicate());
 
@@ -145,6 +146,7 @@ void PoemEditorActions::buildMenus()
     viewMenu->addAction(toggleFocusMode);
     viewMenu->addAction(toggleToolbar);
     viewMenu->addAction(toggleNotes);
+    viewMenu->addAction(toggleVerse);
     viewMenu->addSeparator();
     viewMenu->addAction(paperAppearance);
 

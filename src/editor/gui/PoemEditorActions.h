@@ -44,6 +44,8 @@ public:
     QAction *toggleFocusMode;
     QAction *toggleToolbar;
     QAction *paperAppearance;
+    // "Versmaß": the verse gutter and the metre.
+    QAction *toggleVerse;
     QAction *duplicate;
     // In the order of their option tables; each carries its case as data.
     QList<QAction *> colors;

@@ -1,5 +1,6 @@
 #include "editor/gui/PoemEditorPane.h"
 
+#include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
 #include "archive/PoemEdit.h"
 #include "editor/DisplayedPoemText.h"
@@ -16,7 +17,9 @@
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/RhymeWordDialog.h"
 #include "editor/gui/RichPoemTextView.h"
+#include "editor/gui/VerseGutter.h"
 #include "editor/gui/WritingStatsBar.h"
+#include "verse/BackgroundVerseAnalyzer.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -66,6 +69,8 @@ void PoemEditorPane::loadSpellChecker()
     connect(loader, &QThread::finished, this, [this, loaded] {
         m_spellChecker = std::move(*loaded);
         m_view->setSpellChecker(m_spellChecker.get());
+        // The poem's language is the dictionary's call.
+        analyseVerse();
     });
     connect(loader, &QThread::finished, loader, &QObject::deleteLater);
     loader->start();
@@ -101,6 +106,8 @@ void PoemEditorPane::buildLayout()
     editorLayout->setContentsMargins(0, 0, 0, 0);
     editorLayout->addStretch(0);
     editorLayout->addWidget(m_view, 1);
+    m_gutter = new VerseGutter(m_view, m_editorArea);
+    editorLayout->addWidget(m_gutter);
     editorLayout->addStretch(0);
 
     m_splitter = new QSplitter(Qt::Horizontal, this);
@@ -187,6 +194,18 @@ void PoemEditorPane::connectActions()
     });
 
     connect(m_actions->toggleNotes, &QAction::toggled, this, &PoemEditorPane::setWriterNotesVisible);
+    m_showVerse = AppPreferences::showsVerseTools();
+    m_actions->toggleVerse->setChecked(m_showVerse);
+    connect(m_actions->toggleVerse, &QAction::toggled, this, [this](bool shown) {
+        AppPreferences::setShowsVerseTools(shown);
+        setVerseToolsShown(shown);
+    });
+    m_verseAnalyzer = new BackgroundVerseAnalyzer(this);
+    connect(m_verseAnalyzer, &BackgroundVerseAnalyzer::analysed, this, [this](const VerseAnalysis &analysis) {
+        m_gutter->setAnalysis(analysis);
+        showVerseAnalysis();
+    });
+    connect(m_statsBar, &WritingStatsBar::meterClicked, m_gutter, &VerseGutter::setBreakingLinesMarked);
     connect(m_actions->toggleWriterMode, &QAction::toggled, this, &PoemEditorPane::setWriterMode);
     connect(m_actions->toggleFocusMode, &QAction::toggled, this, &PoemEditorPane::setFocusMode);
     connect(m_actions->toggleToolbar, &QAction::toggled, this, &PoemEditorPane::setWriterToolbarHidden);
@@ -292,6 +311,7 @@ void PoemEditorPane::writeText()
     const QString plain = PoemRichText::plainText(document);
     m_stats = WritingStats::of(plain);
     m_statsBar->setStats(m_stats);
+    analyseVerse();
     const auto encoded = PoemRichText::encode(document);
     if (!encoded) {
         // The record keeps its previous formatted text; nothing is written half.
@@ -366,6 +386,41 @@ void PoemEditorPane::updateStats()
         m_stats = WritingStats::of(m_poem->text().value_or(QString()));
     }
     m_statsBar->setStats(m_stats);
+    analyseVerse();
+}
+
+// The analysis runs on its own thread and answers within milliseconds; until then the gutter
+// keeps the previous lines, so typing never waits for it.
+void PoemEditorPane::analyseVerse()
+{
+    m_gutter->watchDocument();
+    if (!m_showVerse || !m_poem || !m_editable) {
+        m_gutter->setAnalysis(VerseAnalysis());
+        showVerseAnalysis();
+        return;
+    }
+    const QString text = VerseGutter::verseText(*m_view->document());
+    const QString language = m_spellChecker ? m_spellChecker->paragraphLanguage(text) : QStringLiteral("de");
+    m_verseAnalyzer->request(text, language);
+}
+
+void PoemEditorPane::showVerseAnalysis()
+{
+    const VerseAnalysis &analysis = m_gutter->analysis();
+    const bool hasVerse = m_showVerse && !analysis.lines().isEmpty();
+    m_gutter->setVisible(m_showVerse && m_poem && m_editable);
+    m_statsBar->setMeter(hasVerse ? analysis.meterText() : QString(), hasVerse ? analysis.breakingText() : QString(),
+                         int(analysis.breakingLineNumbers().size()));
+    if (analysis.breakingLineNumbers().isEmpty() && m_gutter->breakingLinesMarked())
+        m_gutter->setBreakingLinesMarked(false);
+}
+
+void PoemEditorPane::setVerseToolsShown(bool shown)
+{
+    m_showVerse = shown;
+    const QSignalBlocker blocker(m_actions->toggleVerse);
+    m_actions->toggleVerse->setChecked(shown);
+    analyseVerse();
 }
 
 void PoemEditorPane::setSearchHighlight(const QString &text)

@@ -19,7 +19,9 @@ class QMenu;
 class QPlainTextEdit;
 class QSplitter;
 class RichPoemTextView;
+class BackgroundVerseAnalyzer;
 class SpellChecker;
+class VerseGutter;
 class WritingStatsBar;
 
 // The writing surface of the detail pane: the formatted poem body with its toolbar, the find
@@ -71,6 +73,10 @@ public:
     // Null until the dictionary has loaded.
     SpellChecker *spellChecker() const { return m_spellChecker.get(); }
     FindReplaceBar *findReplaceBar() const { return m_findBar; }
+    VerseGutter *verseGutter() const { return m_gutter; }
+    WritingStatsBar *statsBar() const { return m_statsBar; }
+    bool showsVerseTools() const { return m_showVerse; }
+    void setVerseToolsShown(bool shown);
     EditorToolBar *toolBar() const { return m_toolBar; }
 
 Q_SIGNALS:
@@ -93,6 +99,8 @@ private:
     void writeNotes();
     void setSaveStatus(const QString &status);
     void updateStats();
+    void analyseVerse();
+    void showVerseAnalysis();
     void updateChrome();
     void chooseImage();
     void findInText(bool backwards);
@@ -129,4 +137,7 @@ private:
     QPlainTextEdit *m_notes = nullptr;
     QSplitter *m_splitter = nullptr;
     WritingStatsBar *m_statsBar = nullptr;
+    VerseGutter *m_gutter = nullptr;
+    BackgroundVerseAnalyzer *m_verseAnalyzer = nullptr;
+    bool m_showVerse = true;
 };

@@ -4,10 +4,16 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QToolButton>
 
 WritingStatsBar::WritingStatsBar(QWidget *parent)
-    : QWidget(parent), m_grid(new QGridLayout(this)), m_saveStatus(new QLabel(this))
+    : QWidget(parent), m_grid(new QGridLayout(this)), m_saveStatus(new QLabel(this)), m_meter(new QToolButton(this))
 {
+    m_meter->setObjectName(QStringLiteral("meterButton"));
+    m_meter->setAutoRaise(true);
+    m_meter->setCheckable(true);
+    m_meter->hide();
+    connect(m_meter, &QToolButton::toggled, this, &WritingStatsBar::meterClicked);
     setObjectName(QStringLiteral("writingStatsBar"));
     m_grid->setContentsMargins(12, 5, 12, 5);
     m_grid->setHorizontalSpacing(6);
@@ -37,6 +43,27 @@ void WritingStatsBar::resizeEvent(QResizeEvent *event)
 void WritingStatsBar::fitBadges()
 {
     arrangeBadges(width() >= oneRowWidth() ? int(m_badges.size()) : 2);
+    fitMeter();
+}
+
+// The count of breaking lines shortens to its number where the full sentence has no room;
+// the tooltip keeps the sentence.
+void WritingStatsBar::fitMeter()
+{
+    int room = width() - m_grid->contentsMargins().left() - m_grid->contentsMargins().right();
+    for (int i = 0; i < m_badgesPerRow && i < m_badges.size(); ++i)
+        room -= m_badges.at(i)->sizeHint().width() + m_grid->horizontalSpacing();
+    if (m_badgesPerRow == m_badges.size() && m_saveStatus->isVisibleTo(this))
+        room -= m_saveStatus->sizeHint().width();
+    const QString full =
+        m_breakingLines.isEmpty() ? m_meterName : QStringLiteral("%1 · %2").arg(m_meterName, m_breakingLines);
+    const int fullWidth = m_meter->fontMetrics().horizontalAdvance(full) + 16;
+    QString shown = full;
+    if (fullWidth > room && !m_breakingLines.isEmpty())
+        shown = QStringLiteral("%1 · %2").arg(m_meterName).arg(m_breakingCount);
+    m_meter->setText(shown);
+    m_meter->setToolTip(m_breakingLines.isEmpty() ? full
+                                                  : tr("%1. Klicken markiert die abweichenden Verse.").arg(full));
 }
 
 int WritingStatsBar::oneRowWidth() const
@@ -46,6 +73,8 @@ int WritingStatsBar::oneRowWidth() const
         total += badge->sizeHint().width() + m_grid->horizontalSpacing();
     if (m_saveStatus->isVisibleTo(this))
         total += m_saveStatus->sizeHint().width();
+    if (m_meter->isVisibleTo(this))
+        total += m_meter->sizeHint().width() + m_grid->horizontalSpacing();
     return total;
 }
 
@@ -57,11 +86,14 @@ void WritingStatsBar::arrangeBadges(int perRow)
     for (QLabel *badge : m_badges)
         m_grid->removeWidget(badge);
     m_grid->removeWidget(m_saveStatus);
+    m_grid->removeWidget(m_meter);
     for (int i = 0; i < m_badges.size(); ++i)
         m_grid->addWidget(m_badges.at(i), i / perRow, i % perRow);
-    for (int column = 0; column <= 4; ++column)
-        m_grid->setColumnStretch(column, column == perRow ? 1 : 0);
-    m_grid->addWidget(m_saveStatus, 0, perRow, Qt::AlignRight | Qt::AlignVCenter);
+    for (int column = 0; column <= 5; ++column)
+        m_grid->setColumnStretch(column, column == perRow + 1 ? 1 : 0);
+    // Beside the second row of badges where they wrap, so the metre gets room of its own.
+    m_grid->addWidget(m_meter, perRow < m_badges.size() ? 1 : 0, perRow, Qt::AlignLeft | Qt::AlignVCenter);
+    m_grid->addWidget(m_saveStatus, 0, perRow + 1, Qt::AlignRight | Qt::AlignVCenter);
     updateGeometry();
 }
 
@@ -79,6 +111,25 @@ void WritingStatsBar::setStats(const WritingStats &stats)
 void WritingStatsBar::setSaveStatus(const QString &status)
 {
     m_saveStatus->setText(status);
+}
+
+void WritingStatsBar::setMeter(const QString &meter, const QString &breaking, int breakingCount)
+{
+    m_meterName = meter;
+    m_breakingLines = breaking;
+    m_breakingCount = breakingCount;
+    m_meter->setEnabled(!breaking.isEmpty());
+    if (breaking.isEmpty())
+        m_meter->setChecked(false);
+    m_meter->setVisible(!meter.isEmpty());
+    // The badges may no longer fit in one row beside it.
+    m_badgesPerRow = 0;
+    fitBadges();
+}
+
+QString WritingStatsBar::meterText() const
+{
+    return m_meter->isVisibleTo(this) ? m_meter->toolTip() : QString();
 }
 
 void WritingStatsBar::setSaveStatusShown(bool shown)
