@@ -46,8 +46,8 @@ void WritingStatsBar::fitBadges()
     fitMeter();
 }
 
-// The count of breaking lines shortens to its number where the full sentence has no room;
-// the tooltip keeps the sentence.
+// Where the full sentence has no room the count shortens to its number and the metre is cut
+// off at its end; the tooltip keeps the sentence.
 void WritingStatsBar::fitMeter()
 {
     int room = width() - m_grid->contentsMargins().left() - m_grid->contentsMargins().right();
@@ -57,10 +57,14 @@ void WritingStatsBar::fitMeter()
         room -= m_saveStatus->sizeHint().width();
     const QString full =
         m_breakingLines.isEmpty() ? m_meterName : QStringLiteral("%1 · %2").arg(m_meterName, m_breakingLines);
-    const int fullWidth = m_meter->fontMetrics().horizontalAdvance(full) + 16;
+    const QFontMetrics metrics = m_meter->fontMetrics();
+    const int padding = 16;
     QString shown = full;
-    if (fullWidth > room && !m_breakingLines.isEmpty())
-        shown = QStringLiteral("%1 · %2").arg(m_meterName).arg(m_breakingCount);
+    if (metrics.horizontalAdvance(full) + padding > room) {
+        const QString count = m_breakingLines.isEmpty() ? QString() : QStringLiteral(" · %1").arg(m_breakingCount);
+        const int nameRoom = std::max(0, room - padding - metrics.horizontalAdvance(count));
+        shown = metrics.elidedText(m_meterName, Qt::ElideRight, nameRoom) + count;
+    }
     m_meter->setText(shown);
     m_meter->setToolTip(m_breakingLines.isEmpty() ? full
                                                   : tr("%1. Klicken markiert die abweichenden Verse.").arg(full));
