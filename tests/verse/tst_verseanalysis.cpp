@@ -1,6 +1,7 @@
 #include "verse/ImpureRhyme.h"
 #include "verse/MeterFit.h"
 #include "verse/Pronouncer.h"
+#include "verse/SpellingSyllables.h"
 #include "verse/VerseAnalyzer.h"
 
 #include <QFile>
@@ -177,6 +178,54 @@ private Q_SLOTS:
         QFETCH(QString, stresses);
         QFETCH(QString, rhymeTail);
         const WordSound sound = Pronouncer::parse(phonemes, language);
+        QString found;
+        for (const LexicalStress stress : sound.stresses)
+            found += QString::number(int(stress));
+        QCOMPARE(found, stresses);
+        QCOMPARE(sound.rhymeTail().join(QLatin1Char(' ')), rhymeTail);
+    }
+
+    // Without speech data the spelling stands in: vowel groups, German stress after an
+    // unstressed prefix, a silent English final e.
+    void syllablesFromTheSpelling_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("stresses");
+        QTest::addColumn<QString>("rhymeTail");
+        QTest::newRow("Himmel") << "Himmel"
+                                << "de"
+                                << "20"
+                                << "i m m e l";
+        QTest::newRow("diphthongs are one vowel") << "Vögelein"
+                                                  << "de"
+                                                  << "200"
+                                                  << "ö g e l e i n";
+        QTest::newRow("unstressed prefix") << "Gesellen"
+                                           << "de"
+                                           << "020"
+                                           << "e l l e n";
+        QTest::newRow("silent e") << "stone"
+                                  << "en"
+                                  << "2"
+                                  << "o n e";
+        QTest::newRow("syllabic le") << "little"
+                                     << "en"
+                                     << "20"
+                                     << "i t t l e";
+        QTest::newRow("no vowel") << "hm"
+                                  << "de"
+                                  << ""
+                                  << "";
+    }
+
+    void syllablesFromTheSpelling()
+    {
+        QFETCH(QString, word);
+        QFETCH(QString, language);
+        QFETCH(QString, stresses);
+        QFETCH(QString, rhymeTail);
+        const WordSound sound = SpellingSyllables::of(word, language);
         QString found;
         for (const LexicalStress stress : sound.stresses)
             found += QString::number(int(stress));
