@@ -27,20 +27,49 @@ bool goesAgainst(const LineSound &line, const QString &beats, qsizetype i)
     return sameWordPrimary(i - 1) || sameWordPrimary(i + 1);
 }
 
-} // namespace
-
-int MeterFit::violations(const LineSound &line, MetricalFoot foot)
+int countAgainst(const LineSound &line, const QString &beats)
 {
-    const QString beats = footTemplate(foot, int(line.syllables.size()));
     int count = 0;
     for (qsizetype i = 0; i < line.syllables.size(); ++i)
         count += goesAgainst(line, beats, i) ? 1 : 0;
     return count;
 }
 
+int countLeanings(const LineSound &line, const QString &beats)
+{
+    int count = 0;
+    for (qsizetype i = 0; i < line.syllables.size(); ++i) {
+        const LineSound::Syllable &syllable = line.syllables.at(i);
+        if (syllable.free && syllable.leansWeak == (beats.at(i) == QLatin1Char('X')))
+            ++count;
+    }
+    return count;
+}
+
+} // namespace
+
+QString MeterFit::beats(const LineSound &line, MetricalFoot foot)
+{
+    const int n = int(line.syllables.size());
+    const QString cut = footTemplate(foot, n);
+    // An amphibrachic line may close on a stress ("Am Fenster ich einsam stand").
+    if (foot != MetricalFoot::amphibrachys || n % 3 != 1 || n < 4)
+        return cut;
+    QString closed = cut;
+    closed[n - 1] = QLatin1Char('X');
+    const std::tuple<int, int> cutScore{countAgainst(line, cut), countLeanings(line, cut)};
+    const std::tuple<int, int> closedScore{countAgainst(line, closed), countLeanings(line, closed)};
+    return closedScore < cutScore ? closed : cut;
+}
+
+int MeterFit::violations(const LineSound &line, MetricalFoot foot)
+{
+    return countAgainst(line, beats(line, foot));
+}
+
 QString MeterFit::stressPattern(const LineSound &line, MetricalFoot foot)
 {
-    QString pattern = footTemplate(foot, int(line.syllables.size()));
+    QString pattern = beats(line, foot);
     for (qsizetype i = 0; i < line.syllables.size(); ++i) {
         if (goesAgainst(line, pattern, i))
             pattern[i] = isPrimary(line, i) ? QLatin1Char('X') : QLatin1Char('x');
@@ -50,14 +79,7 @@ QString MeterFit::stressPattern(const LineSound &line, MetricalFoot foot)
 
 int MeterFit::leanings(const LineSound &line, MetricalFoot foot)
 {
-    const QString beats = footTemplate(foot, int(line.syllables.size()));
-    int count = 0;
-    for (qsizetype i = 0; i < line.syllables.size(); ++i) {
-        const LineSound::Syllable &syllable = line.syllables.at(i);
-        if (syllable.free && syllable.leansWeak == (beats.at(i) == QLatin1Char('X')))
-            ++count;
-    }
-    return count;
+    return countLeanings(line, beats(line, foot));
 }
 
 MetricalFoot MeterFit::bestFoot(const LineSound &line)
@@ -100,7 +122,7 @@ std::optional<Meter> MeterFit::detect(const QList<const LineSound *> &lines)
             if (v > 0)
                 continue;
             ++fitting;
-            ++fittingPerStresses[int(footTemplate(foot, int(line->syllables.size())).count(QLatin1Char('X')))];
+            ++fittingPerStresses[int(beats(*line, foot).count(QLatin1Char('X')))];
         }
         const std::tuple<int, int, int> score{-fitting, against, leaning};
         if (score < bestScore) {

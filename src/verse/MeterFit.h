@@ -11,6 +11,9 @@
 // the stresses of longer words can go against it.
 class MeterFit {
 public:
+    // Where the foot puts its stresses in this line: the foot repeated and cut off, or closing
+    // on a stress where an amphibrachic line reads better so.
+    static QString beats(const LineSound &line, MetricalFoot foot);
     // Syllables against the foot: a longer word's stressed syllable where the foot has no
     // stress, or its unstressed neighbour where the foot has one.
     static int violations(const LineSound &line, MetricalFoot foot);

@@ -39,6 +39,13 @@ const MarkedPoem markedPoems[] = {
     {"frost-stopping-by-woods", "en", "8 8 8 8 | 8 8 8 8 | 8 8 8 8 | 8 8 8 8", "AABA AABA AABA AAAA", "",
      "4-hebiger Jambus"},
     {"frost-fire-and-ice", "en", "8 4 8 8 8 8 8 4 4", "ABAABCBCB", "", "4-hebiger Jambus"},
+    {"rilke-herbsttag", "de", "10 11 10 | 10 11 11 10", "ABA ABBA", "", "5-hebiger Jambus"},
+    {"goethe-zauberlehrling", "de", "8 8 8 8 6 5 6 5", "ABABCDCD", "", "4-hebiger Trochäus"},
+    {"eichendorff-sehnsucht", "de", "9 7 8 7", "ABAB", "", "3-hebiger Amphibrachys"},
+    {"shakespeare-sonnet-130", "en", "10 10 10 10", "ABAB", "", "5-hebiger Jambus"},
+    {"dickinson-hope", "en", "7 6 8 6", "-", "", ""},
+    {"frost-road-not-taken", "en", "9 9 9 9 9", "ABAAB", "", ""},
+    {"blake-tyger", "en", "7 7 7 8", "-", "", "4-hebiger Trochäus"},
 };
 
 QString poemText(const char *file)
