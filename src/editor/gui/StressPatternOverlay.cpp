@@ -39,7 +39,11 @@ void StressPatternOverlay::paintEvent(QPaintEvent *)
     const QFontMetrics metrics(font);
     const QStringList patterns = m_line.stressPerWord();
     QTextCursor cursor(m_view->document());
+    // The text may be a keystroke ahead of the analysis.
+    const int last = m_view->document()->characterCount() - 1;
     for (qsizetype w = 0; w < m_line.words.size() && w < patterns.size(); ++w) {
+        if (m_lineStart + m_line.words.at(w).second > last)
+            break;
         cursor.setPosition(m_lineStart + m_line.words.at(w).first);
         const QRect start = m_view->cursorRect(cursor);
         cursor.setPosition(m_lineStart + m_line.words.at(w).second);

@@ -124,6 +124,7 @@ void VerseGutter::markInText()
     QList<QTextEdit::ExtraSelection> selections;
     if (m_markBreaking) {
         const QList<int> starts = lineStarts(*m_view->document());
+        const int last = m_view->document()->characterCount() - 1;
         QColor mark = AppTheme::systemRed();
         mark.setAlpha(45);
         for (const VerseLine *line : m_analysis.lines()) {
@@ -131,8 +132,9 @@ void VerseGutter::markInText()
                 continue;
             QTextEdit::ExtraSelection selection;
             selection.cursor = QTextCursor(m_view->document());
-            selection.cursor.setPosition(starts.at(line->lineNumber));
-            selection.cursor.setPosition(starts.at(line->lineNumber) + int(line->text.size()), QTextCursor::KeepAnchor);
+            selection.cursor.setPosition(std::min(starts.at(line->lineNumber), last));
+            selection.cursor.setPosition(std::min(starts.at(line->lineNumber) + int(line->text.size()), last),
+                                         QTextCursor::KeepAnchor);
             selection.format.setBackground(mark);
             selections.append(selection);
         }
