@@ -11,6 +11,22 @@ bool isApostrophe(QChar c)
     return c == QLatin1Char('\'') || c == QChar(0x2019);
 }
 
+// "'s", "Th'": a consonant leaning on its neighbour through an apostrophe adds no syllable,
+// though spoken alone it would be read as a letter's name.
+bool isClitic(const QString &line, const LineSound::Word &word)
+{
+    const bool apostrophe = (word.start > 0 && isApostrophe(line.at(word.start - 1))) ||
+                            (word.end < line.size() && isApostrophe(line.at(word.end)));
+    if (!apostrophe)
+        return false;
+    static const QString vowels = QStringLiteral("aeiouyäöüAEIOUYÄÖÜ");
+    for (int i = word.start; i < word.end; ++i) {
+        if (vowels.contains(line.at(i)))
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 QList<LineSound::Word> LineSound::wordsOf(const QString &line)
@@ -81,6 +97,8 @@ LineSound LineSound::of(const QString &line, const QString &language, Pronouncer
     for (int w = 0; w < sound.words.size(); ++w) {
         const Word &range = sound.words.at(w);
         const QString word = line.mid(range.start, range.end - range.start);
+        if (isClitic(line, range))
+            continue;
         const WordSound spoken = pronouncer.pronounce(word, language);
         const bool monosyllable = spoken.syllableCount() == 1;
         const bool weak = monosyllable && isWeakMonosyllable(word, language);

@@ -339,6 +339,36 @@ private Q_SLOTS:
         QCOMPARE(analysis.textLines().first(), QStringLiteral("4\tA\txXxX\tDer Tag ist hin,"));
     }
 
+    // Apostrophes: an elided vowel takes its syllable with it, a clitic consonant adds none.
+    void elisions_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<int>("syllables");
+        QTest::newRow("'s at the start") << "'s war einmal ein Mann"
+                                         << "de" << 5;
+        QTest::newRow("hab's") << "Ich hab's gesehn"
+                               << "de" << 4;
+        QTest::newRow("hätt' before a consonant") << "Es war, als hätt' der Himmel"
+                                                  << "de" << 7;
+        QTest::newRow("Th' before a vowel") << "Th' expense of spirit"
+                                            << "en" << 5;
+        QTest::newRow("o'er") << "O'er the hills"
+                              << "en" << 3;
+        QTest::newRow("heav'n") << "Heav'n and earth"
+                                << "en" << 3;
+        QTest::newRow("typographic apostrophe") << QString::fromUtf8("Wie geht\u2019s dir") << "de" << 3;
+    }
+
+    void elisions()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, language);
+        QFETCH(int, syllables);
+        VerseAnalyzer analyzer;
+        QCOMPARE(analyzer.analyse(line, language).lines().first()->syllables, syllables);
+    }
+
     // After an edit only the changed line is pronounced again.
     void anEditPronouncesOnlyTheChangedLine()
     {
