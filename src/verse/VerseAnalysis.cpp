@@ -2,6 +2,8 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
+
 QList<const VerseLine *> VerseAnalysis::lines() const
 {
     QList<const VerseLine *> all;
@@ -90,6 +92,9 @@ QStringList VerseAnalysis::textLines() const
         for (const VerseLine &line : stanzas.at(s).lines)
             out.append(QStringLiteral("%1\t%2\t%3\t%4").arg(line.syllables).arg(line.rhyme, line.stress, line.text));
     }
-    out.append(meterText());
+    // A poem without words has no metre, not even a free one.
+    const QList<const VerseLine *> all = lines();
+    if (std::any_of(all.cbegin(), all.cend(), [](const VerseLine *line) { return line->hasWords(); }))
+        out.append(meterText());
     return out;
 }

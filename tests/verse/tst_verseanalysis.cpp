@@ -337,6 +337,8 @@ private Q_SLOTS:
             numbers.append(line->lineNumber);
         QCOMPARE(numbers, (QList<int>{1, 2, 5, 6, 7, 9}));
         QCOMPARE(analysis.textLines().first(), QStringLiteral("4\tA\txXxX\tDer Tag ist hin,"));
+        QCOMPARE(analyzer.analyse(QStringLiteral("\n  \n* * *\n"), QStringLiteral("de")).textLines(),
+                 QStringList{QStringLiteral("0\t\t\t* * *")});
     }
 
     // Apostrophes: an elided vowel takes its syllable with it, a clitic consonant adds none.
