@@ -1,5 +1,7 @@
 #include "verse/MeterFit.h"
 
+#include "verse/LooseScansion.h"
+
 #include <QMap>
 
 #include <tuple>
@@ -74,7 +76,9 @@ QString MeterFit::stressPattern(const LineSound &line, MetricalFoot foot)
         if (goesAgainst(line, pattern, i))
             pattern[i] = isPrimary(line, i) ? QLatin1Char('X') : QLatin1Char('x');
     }
-    return pattern;
+    // A line the strict foot reads badly is scanned as loose verse, as a reader would.
+    const QString loose = LooseScansion::of(line, foot);
+    return LooseScansion::cost(line, foot, loose) < LooseScansion::cost(line, foot, pattern) ? loose : pattern;
 }
 
 int MeterFit::leanings(const LineSound &line, MetricalFoot foot)

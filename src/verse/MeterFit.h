@@ -18,7 +18,7 @@ public:
     // stress, or its unstressed neighbour where the foot has one.
     static int violations(const LineSound &line, MetricalFoot foot);
     // 'x' and 'X' per syllable as the foot reads the line, the word's own stress where it
-    // goes against the foot.
+    // goes against the foot; the loose scansion where that reads the line better.
     static QString stressPattern(const LineSound &line, MetricalFoot foot);
     // Article-like monosyllables on a stress, other monosyllables off it; only decides between
     // feet that fit equally well.

@@ -141,6 +141,44 @@ private Q_SLOTS:
         QVERIFY2(rightLines * 100 >= lines * 97, qPrintable(wrong.join(QStringLiteral("; "))));
     }
 
+    // Stresses of single lines as a reader scans them in their poem, loose lines included.
+    void handScannedLines_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<int>("line");
+        QTest::addColumn<QString>("stress");
+        QTest::newRow("Erlkönig, a double dip") << "goethe-erlkoenig"
+                                                << "de" << 0 << "xXxxXxXxX";
+        QTest::newRow("Erlkönig, the rhyme word on the beat") << "goethe-erlkoenig"
+                                                              << "de" << 3 << "xXxXxxXxX";
+        QTest::newRow("Loreley") << "heine-loreley"
+                                 << "de" << 0 << "xXxxXxxXx";
+        QTest::newRow("Loreley, closing on a stress") << "heine-loreley"
+                                                      << "de" << 3 << "xXxXxxX";
+        QTest::newRow("Mondnacht") << "eichendorff-mondnacht"
+                                   << "de" << 0 << "xXxXxXx";
+        QTest::newRow("Sehnsucht") << "eichendorff-sehnsucht"
+                                   << "de" << 1 << "xXxxXxX";
+        QTest::newRow("Wandrers Nachtlied") << "goethe-wandrers-nachtlied"
+                                            << "de" << 5 << "xXxxXxxXx";
+        QTest::newRow("Glocke") << "schiller-glocke"
+                                << "de" << 0 << "XxXxXxXx";
+        QTest::newRow("Frost") << "frost-stopping-by-woods"
+                               << "en" << 1 << "xXxXxXxX";
+    }
+
+    void handScannedLines()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, language);
+        QFETCH(int, line);
+        QFETCH(QString, stress);
+        VerseAnalyzer analyzer;
+        const VerseAnalysis analysis = analyzer.analyse(poemText(file.toUtf8().constData()), language);
+        QCOMPARE(analysis.lines().at(line)->stress, stress);
+    }
+
     void phonemeOutputToSyllables_data()
     {
         QTest::addColumn<QString>("phonemes");
@@ -283,9 +321,9 @@ private Q_SLOTS:
             << QStringList{"X X xX", "xX X X", "X X X X"} << "2-hebiger Jambus"
             << "xXxX";
         QTest::newRow("a trochaic word fixes the foot")
-            << QStringList{"Xx X X", "X X Xx", "X X X X"} << "2-hebiger Trochäus"
+            << QStringList{"X X X X", "Xx X X", "X X Xx"} << "2-hebiger Trochäus"
             << "XxXx";
-        QTest::newRow("dactyls") << QStringList{"Xxx Xxx", "X X X Xxx", "X X X X X X"} << "2-hebiger Daktylus"
+        QTest::newRow("dactyls") << QStringList{"X X X X X X", "Xxx Xxx", "X X X Xxx"} << "2-hebiger Daktylus"
                                  << "XxxXxx";
         QTest::newRow("alternating lines are named by the long ones")
             << QStringList{"xX xX xX xX", "xX xX xX", "xX xX xX xX", "xX xX xX"} << "4-hebiger Jambus"
@@ -296,6 +334,9 @@ private Q_SLOTS:
         QTest::newRow("a stress against the foot shows as spoken")
             << QStringList{"xX xX", "xX xX", "Xx xX"} << "2-hebiger Jambus"
             << "XxxX";
+        QTest::newRow("the rhyme word takes the last beat of a loose line")
+            << QStringList{"xXx X xX", "xXx X xX", "xX X X Xx X"} << "3-hebiger Jambus"
+            << "xXxxXxX";
         QTest::newRow("secondary stress is free") << QStringList{"xX xX", "X XS X"} << "2-hebiger Jambus"
                                                   << "xXxX";
     }
