@@ -8,6 +8,7 @@
 #include "import/ImportRun.h"
 #include "import/ImportStateFiles.h"
 #include "import/ImportUndo.h"
+#include "import/ImportedRichText.h"
 #include "import/SinglePoemImport.h"
 
 #include <QDir>
@@ -17,6 +18,9 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTextCursor>
+#include <QThread>
+
+#include <atomic>
 
 using namespace ImportTestSupport;
 using BackupTestSupport::TestArchive;
@@ -330,6 +334,45 @@ private Q_SLOTS:
         // Undo brings back the text from before the run, not the one in between.
         QVERIFY(ImportUndo::undoLastImport(context()).ok());
         QVERIFY(!poems.first()->text());
+    }
+
+    // Reader threads build rich text side by side; a format or font shared between them
+    // corrupted the heap now and then. Many threads at once make a shared one show.
+    void richTextIsTheSameWhenManyThreadsBuildItAtOnce()
+    {
+        AttributedText text;
+        TextAttributes title;
+        title.bold = true;
+        title.alignment = Qt::AlignHCenter;
+        text.append(QStringLiteral("Herbstlied\n"), title);
+        TextAttributes verse;
+        verse.italic = true;
+        verse.pointSize = 20;
+        text.append(QStringLiteral("Die Blätter fallen,\nfallen wie von weit"), verse);
+        const ImportedRichText::EditorFont font = ImportedRichText::EditorFont::current();
+        const QByteArray expected = ImportedRichText::encode(text, font).value();
+        std::atomic<int> differing{0};
+        std::vector<std::unique_ptr<QThread>> threads;
+        for (int t = 0; t < 8; ++t) {
+            threads.emplace_back(QThread::create([&] {
+                for (int i = 0; i < 100; ++i) {
+                    const auto encoded = ImportedRichText::encode(text, font);
+                    if (!encoded || *encoded != expected)
+                        ++differing;
+                }
+            }));
+            threads.back()->start();
+        }
+        for (const auto &thread : threads)
+            QVERIFY(thread->wait(60000));
+        QCOMPARE(differing.load(), 0);
+        const auto body = PoemRichText::decode(expected);
+        QVERIFY(body);
+        QCOMPARE(PoemRichText::plainText(*body), text.plainText());
+        const QTextCharFormat first = body->begin().begin().fragment().charFormat();
+        QCOMPARE(first.fontWeight(), int(QFont::Bold));
+        QCOMPARE(first.fontFamilies().toStringList(), QStringList{font.family});
+        QCOMPARE(body->lastBlock().begin().fragment().charFormat().fontPointSize(), 20.0);
     }
 
     void undoRestoresOnlyTheLastImport()
