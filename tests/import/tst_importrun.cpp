@@ -177,11 +177,14 @@ private Q_SLOTS:
                                                  QStringLiteral("PDF übersprungen, weil bereits Text vorhanden ist"),
                                                  QStringLiteral("PDF Score unter Mindestwert"),
                                                  QStringLiteral("PDF Abstand zum zweitbesten Treffer zu klein"),
+                                                 QStringLiteral("Übernommen"),
                                                  QStringLiteral("Übernommen")};
         QTest::newRow("1-Pass") << false
-                                << QStringList{QStringLiteral("Übernommen"), QStringLiteral("Übernommen"),
+                                << QStringList{QStringLiteral("Übernommen"),
+                                               QStringLiteral("Übernommen"),
                                                QStringLiteral("PDF Score unter Mindestwert"),
                                                QStringLiteral("PDF Abstand zum zweitbesten Treffer zu klein"),
+                                               QStringLiteral("Übernommen"),
                                                QStringLiteral("Übernommen")};
     }
 
@@ -193,27 +196,32 @@ private Q_SLOTS:
         const PoemPtr low = addPoem(context(), QStringLiteral("Abendstille"));
         const PoemPtr close = addPoem(context(), QStringLiteral("Abendstille 2"));
         const PoemPtr pdfOnly = addPoem(context(), QStringLiteral("Langes Gedicht"));
+        const PoemPtr atMinimum = addPoem(context(), QStringLiteral("Genau"));
         QVERIFY(context().save().ok());
         for (const QString &name : {QStringLiteral("Herbstlied.pdf"), QStringLiteral("Abendstille.pdf"),
                                     QStringLiteral("Langes Gedicht.pdf")})
             QVERIFY(QFile::copy(dataPath(name), QDir(m_folder).filePath(name)));
         QVERIFY(QFile::copy(dataPath(QStringLiteral("Abendstille.pdf")), QDir(m_folder).filePath("Zwei.pdf")));
+        QVERIFY(QFile::copy(dataPath(QStringLiteral("Herbstlied.pdf")), QDir(m_folder).filePath("Genau.pdf")));
         ImportReviewOptions options;
         options.importPDF = true;
         options.onlyIfPoemTextEmpty = false;
         options.docxThenPdfOnlyForStillEmpty = twoPhases;
-        // 0.90 against 0.85 passes the score and misses the margin by 0.03.
+        // 0.90 against 0.85 passes the score and misses the margin by 0.03; a score equal to
+        // the minimum passes.
         const auto done = run({proposalFor(docx(QStringLiteral("Herbstlied.docx"), {QStringLiteral("Aus Word")}), both),
                                proposalFor(QStringLiteral("Herbstlied.pdf"), both),
                                proposalFor(QStringLiteral("Abendstille.pdf"), low, 0.849),
                                proposalFor(QStringLiteral("Zwei.pdf"), close, 0.90, 0.85),
-                               proposalFor(QStringLiteral("Langes Gedicht.pdf"), pdfOnly, 0.95, 0.2)},
+                               proposalFor(QStringLiteral("Langes Gedicht.pdf"), pdfOnly, 0.95, 0.2),
+                               proposalFor(QStringLiteral("Genau.pdf"), atMinimum, options.minScoreForPDF)},
                               options);
         QCOMPARE(reasons(done->report()), expected);
         QCOMPARE(both->text() == QStringLiteral("Aus Word"), twoPhases);
         QVERIFY(!low->text() && !close->text());
         QVERIFY(pdfOnly->text().value_or(QString()).startsWith(QStringLiteral("Strophe 1, Zeile 1")));
         QVERIFY(!pdfOnly->richTextData());
+        QVERIFY(atMinimum->text());
         QVERIFY(done->statusText().startsWith(twoPhases ? QStringLiteral("Import fertig (2-Phasen)")
                                                         : QStringLiteral("Import fertig (1-Pass)")));
         QVERIFY(done->statusText().contains(QStringLiteral("Übersprungen (PDF Score<85%): 1. Übersprungen (PDF "
