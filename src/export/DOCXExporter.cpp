@@ -477,7 +477,13 @@ QString DOCXExporter::escape(const QString &text)
 {
     QString escaped;
     escaped.reserve(text.size() + text.size() / 8);
-    for (const QChar c : text) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            escaped += c;
+            escaped += text.at(++i);
+            continue;
+        }
         switch (c.unicode()) {
         case '&':
             escaped += QLatin1String("&amp;");
@@ -494,8 +500,16 @@ QString DOCXExporter::escape(const QString &text)
         case '\'':
             escaped += QLatin1String("&apos;");
             break;
-        default:
+        case '\t':
+        case '\n':
+        case '\r':
             escaped += c;
+            break;
+        default:
+            // No XML reader accepts the other control characters, an unpaired surrogate or
+            // U+FFFE and U+FFFF, not even as references; a CSV or a backup can bring them in.
+            if (c.unicode() >= 0x20 && !c.isSurrogate() && c.unicode() < 0xFFFE)
+                escaped += c;
         }
     }
     return escaped;
