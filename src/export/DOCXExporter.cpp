@@ -4,6 +4,7 @@
 #include "archive/AtomicFileWriter.h"
 #include "editor/PoemTextDocument.h"
 #include "export/OdeLeafLogo.h"
+#include "export/XmlText.h"
 
 #include <QBuffer>
 #include <QTextBlock>
@@ -475,15 +476,10 @@ DOCXExporter::Options DOCXExporter::Options::current()
 
 QString DOCXExporter::escape(const QString &text)
 {
+    const QString allowed = XmlText::allowedCharacters(text);
     QString escaped;
-    escaped.reserve(text.size() + text.size() / 8);
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text.at(i);
-        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
-            escaped += c;
-            escaped += text.at(++i);
-            continue;
-        }
+    escaped.reserve(allowed.size() + allowed.size() / 8);
+    for (const QChar c : allowed) {
         switch (c.unicode()) {
         case '&':
             escaped += QLatin1String("&amp;");
@@ -500,16 +496,8 @@ QString DOCXExporter::escape(const QString &text)
         case '\'':
             escaped += QLatin1String("&apos;");
             break;
-        case '\t':
-        case '\n':
-        case '\r':
-            escaped += c;
-            break;
         default:
-            // No XML reader accepts the other control characters, an unpaired surrogate or
-            // U+FFFE and U+FFFF, not even as references; a CSV or a backup can bring them in.
-            if (c.unicode() >= 0x20 && !c.isSurrogate() && c.unicode() < 0xFFFE)
-                escaped += c;
+            escaped += c;
         }
     }
     return escaped;

@@ -1,5 +1,7 @@
 #include "export/PdfPageLayout.h"
 
+#include "export/XmlText.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QGuiApplication>
@@ -124,7 +126,7 @@ Result<void> PdfPageLayout::write(QTextDocument &document, QIODevice &device, co
     writer.setResolution(72); // one device unit per point, as the document's sizes are
     writer.setPageSize(QPageSize(pageSize(), QPageSize::Point, {}, QPageSize::ExactMatch));
     writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-    writer.setTitle(title);
+    writer.setTitle(XmlText::allowedCharacters(title)); // Qt also writes it as XML metadata
     writer.setCreator(QStringLiteral("OdeLeaf"));
 
     const QRectF text = textRect();

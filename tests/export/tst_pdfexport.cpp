@@ -224,6 +224,17 @@ private Q_SLOTS:
         QVERIFY(hasLogo(*document, 0));
     }
 
+    void titleMetadataHoldsNoControlCharacters()
+    {
+        ExportDocument document = poemOfLines(2);
+        document.title = QStringLiteral("Nacht\u0001\u001B") + QChar(0xD800) + QStringLiteral("lied");
+        const auto pdf = PDFExporter::data(document);
+        QVERIFY(pdf.ok());
+        const auto loaded = load(*pdf);
+        QVERIFY(loaded);
+        QCOMPARE(loaded->info(QStringLiteral("Title")), QStringLiteral("Nachtlied"));
+    }
+
     void pageTextUsesPrintSizesAndColours()
     {
         auto rich = std::make_shared<PoemTextDocument>();
