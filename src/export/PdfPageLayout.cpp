@@ -15,7 +15,6 @@
 #include <QTextLayout>
 
 #include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace {
