@@ -43,6 +43,7 @@ private:
     qsizetype firstCell(qsizetype row) const;
 
     QString m_text;
+    // 32-bit offsets: the reader takes no file beyond 32 MB.
     std::vector<quint32> m_cellEnds; // end of each cell in m_text
     std::vector<quint32> m_rowEnds;  // end of each row in m_cellEnds
     qsizetype m_firstRow = 0;
