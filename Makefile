@@ -37,7 +37,7 @@ bench: build
 # Sanitized libFuzzer targets for every reader of outside data, in their own clang build.
 # Needs clang and libclang-rt-dev (the libFuzzer runtime): apt-get install clang libclang-rt-14-dev
 FUZZ_DIR ?= build-fuzz
-FUZZ_TARGETS = fuzz_backup_reader fuzz_csv_reader fuzz_docx_reader fuzz_pdf_lines fuzz_reader_package fuzz_richtext_reader
+FUZZ_TARGETS = fuzz_backup_reader fuzz_csv_reader fuzz_docx_reader fuzz_docx_writer fuzz_pdf_lines fuzz_reader_package fuzz_richtext_reader
 
 fuzz:
 	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DODELEAF_FUZZ=ON

@@ -168,3 +168,47 @@ void BM_refuse200MegabyteFile(benchmark::State &state)
 BENCHMARK(BM_refuse200MegabyteFile)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 } // namespace
+
+namespace {
+
+// Files of 32 MB that are nearly all cells: separators only, one-letter lines, and one line
+// of a million columns. Reading must stay within ten times the file's size, and the message
+// about the file within a readable length.
+void BM_readHostileList(benchmark::State &state)
+{
+    QByteArray csv;
+    switch (state.range(0)) {
+    case 0:
+        state.SetLabel("separators");
+        csv = QByteArray(32 << 20, ';');
+        break;
+    case 1:
+        state.SetLabel("one-letter lines");
+        csv = QByteArray("a\n").repeated(16 << 20);
+        break;
+    default:
+        state.SetLabel("a million columns");
+        csv = QByteArray("Spalte;").repeated(1000000);
+    }
+    QTemporaryDir dir;
+    ApplicationSupport::setDirectory(dir.filePath(QStringLiteral("OdeLeaf")));
+    const QString path = dir.filePath(QStringLiteral("liste.csv"));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(csv) != csv.size()) {
+        state.SkipWithError("the list could not be written");
+        return;
+    }
+    file.close();
+    auto controller = PersistenceController::inMemory();
+    CSVImportResult result;
+    qint64 extra = 0;
+    for (auto _ : state)
+        extra = peakExtraMemory([&] { result = CSVImporter::importGedichte(path, controller->viewContext()); });
+    state.counters["fileMB"] = double(csv.size()) / (1 << 20);
+    state.counters["peakExtraMB"] = double(extra) / (1 << 20);
+    state.counters["peakPerFileSize"] = double(extra) / double(csv.size());
+    state.counters["statusChars"] = double(CSVImporter::statusLine(result).size());
+}
+BENCHMARK(BM_readHostileList)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+} // namespace

@@ -16,9 +16,11 @@ namespace {
 void checkNothingIsLost(const QString &text, QChar delimiter)
 {
     qsizetype kept = 0;
-    for (const QStringList &row : CSVParser::parseCSVSimple(text, delimiter)) {
-        for (const QString &cell : row)
-            kept += cell.size();
+    const CSVTable rows = CSVParser::parseCSVSimple(text, delimiter);
+    for (qsizetype i = 0; i < rows.rowCount(); ++i) {
+        const CSVTable::Row row = rows.row(i);
+        for (qsizetype column = 0; column < row.size(); ++column)
+            kept += row.cell(column).size();
         kept += row.size() - 1;
     }
     const qsizetype expected = text.size() - text.count(QLatin1Char('\n')) - text.count(QLatin1Char('\r'));
@@ -37,8 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QChar delimiter = CSVDelimiter::detectDelimiter(decoded->text);
     checkNothingIsLost(decoded->text, delimiter);
     if (const auto document = CSVDocument::read(bytes)) {
-        for (const QStringList &row : document->dataRows)
-            (void)document->value(row, {u"gedicht", u"titel", u"title"});
+        for (qsizetype i = 0; i < document->dataRows.rowCount(); ++i)
+            (void)document->value(document->dataRows.row(i), {u"gedicht", u"titel", u"title"});
     }
     return 0;
 }

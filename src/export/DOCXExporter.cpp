@@ -4,6 +4,7 @@
 #include "archive/AtomicFileWriter.h"
 #include "editor/PoemTextDocument.h"
 #include "export/OdeLeafLogo.h"
+#include "export/XmlText.h"
 
 #include <QBuffer>
 #include <QTextBlock>
@@ -475,9 +476,10 @@ DOCXExporter::Options DOCXExporter::Options::current()
 
 QString DOCXExporter::escape(const QString &text)
 {
+    const QString allowed = XmlText::allowedCharacters(text);
     QString escaped;
-    escaped.reserve(text.size() + text.size() / 8);
-    for (const QChar c : text) {
+    escaped.reserve(allowed.size() + allowed.size() / 8);
+    for (const QChar c : allowed) {
         switch (c.unicode()) {
         case '&':
             escaped += QLatin1String("&amp;");

@@ -28,7 +28,7 @@ public:
     static Result<QByteArray> data(const ExportDocument &document, const Options &options);
     static Result<void> write(const ExportDocument &document, const QString &path);
 
-    // The five XML special characters, in one pass.
+    // The five XML special characters, in one pass; characters XML 1.0 forbids are dropped.
     static QString escape(const QString &text);
     // The editor's 17 pt body becomes 12.5 pt on paper, and nothing is smaller than 8 pt.
     static double printPointSize(double editorPointSize);

@@ -1,5 +1,7 @@
 #include "export/PdfPageLayout.h"
 
+#include "export/XmlText.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QGuiApplication>
@@ -13,8 +15,6 @@
 #include <QTextLayout>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <vector>
 
 namespace {
@@ -23,28 +23,50 @@ constexpr double logoBoxWidth = 110;
 constexpr double logoBoxHeight = 36;
 constexpr double logoBottomGap = 28;
 
-// Where each page's first line starts. A page is drawn from its first line to the next
-// page's, so the leading of a page's last line, which reaches past the page edge, never
-// brings that line onto the next page as well (hidden by the clip, yet in the PDF's text).
-std::vector<double> pageStarts(const QTextDocument &document, double pageHeight, int pages)
+struct LineBox {
+    double top;
+    double bottom;
+};
+
+// Every line of the document, laid out as one endless column, in reading order.
+std::vector<LineBox> lineBoxes(const QTextDocument &document)
 {
-    std::vector<double> starts(size_t(pages) + 1, std::numeric_limits<double>::infinity());
-    for (int page = 0; page < pages; ++page)
-        starts[size_t(page)] = page * pageHeight;
-    std::vector<bool> seen(size_t(pages), false);
+    std::vector<LineBox> boxes;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         const QTextLayout *layout = block.layout();
         if (!layout)
             continue;
         for (int i = 0; i < layout->lineCount(); ++i) {
-            const double top = layout->position().y() + layout->lineAt(i).y();
-            const int page = std::clamp(int(std::floor((top + 0.01) / pageHeight)), 0, pages - 1);
-            if (!seen[size_t(page)] || top < starts[size_t(page)]) {
-                starts[size_t(page)] = top;
-                seen[size_t(page)] = true;
-            }
+            const QTextLine line = layout->lineAt(i);
+            const double top = layout->position().y() + line.y();
+            boxes.push_back({top, top + line.height()});
         }
     }
+    return boxes;
+}
+
+// Where each page begins, plus the end of the last one. Pages are cut by the program, not by
+// the text layout, whose page breaks let a line with extra spacing hang past the page's
+// bottom. A page ends before the first line that would not lie whole inside it; a page
+// begins at a line top that no earlier line reaches below, so no line is drawn on two pages.
+std::vector<double> pageStarts(const std::vector<LineBox> &lines, double pageHeight)
+{
+    std::vector<double> starts{0};
+    double lowestBottom = 0;
+    double lastCut = 0; // the latest line top that is free of earlier lines
+    for (const LineBox &line : lines) {
+        if (line.top >= lowestBottom - 0.01)
+            lastCut = line.top;
+        if (line.bottom - starts.back() > pageHeight + 0.01) {
+            // Lines overlapping back to the page's start cannot be kept apart, and a line
+            // taller than a page is cut at the bottom wherever it goes.
+            const double next = lastCut > starts.back() ? lastCut : line.top;
+            if (next > starts.back() + 0.01)
+                starts.push_back(next);
+        }
+        lowestBottom = std::max(lowestBottom, line.bottom);
+    }
+    starts.push_back(std::max(lowestBottom, starts.back()) + 1);
     return starts;
 }
 
@@ -103,16 +125,17 @@ Result<void> PdfPageLayout::write(QTextDocument &document, QIODevice &device, co
     writer.setResolution(72); // one device unit per point, as the document's sizes are
     writer.setPageSize(QPageSize(pageSize(), QPageSize::Point, {}, QPageSize::ExactMatch));
     writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-    writer.setTitle(title);
+    writer.setTitle(XmlText::allowedCharacters(title)); // Qt also writes it as XML metadata
     writer.setCreator(QStringLiteral("OdeLeaf"));
 
     const QRectF text = textRect();
     sizePicturesInPoints(document);
     document.documentLayout()->setPaintDevice(&writer);
     document.setDocumentMargin(0);
-    document.setPageSize(text.size());
-    const int pages = std::max(1, document.pageCount());
-    const std::vector<double> starts = pageStarts(document, text.height(), pages);
+    document.setTextWidth(text.width());
+    document.documentLayout()->documentSize(); // lays out every line, not only the first screen
+    const std::vector<double> starts = pageStarts(lineBoxes(document), text.height());
+    const int pages = int(starts.size()) - 1;
 
     QPainter painter;
     if (!painter.begin(&writer))
@@ -126,13 +149,14 @@ Result<void> PdfPageLayout::write(QTextDocument &document, QIODevice &device, co
         }
         painter.fillRect(QRectF(QPointF(0, 0), pageSize()), Qt::white);
         painter.save();
-        const QRectF slice(0, page * text.height(), text.width(), text.height());
-        painter.translate(text.left(), text.top() - slice.top());
-        painter.setClipRect(slice);
+        const double top = starts[size_t(page)];
+        const double bottom = std::min(starts[size_t(page) + 1], top + text.height());
+        painter.translate(text.left(), text.top() - top);
+        painter.setClipRect(QRectF(0, top, text.width(), text.height()));
+        // The layout draws every line touching the clip, and the PDF keeps the text of lines
+        // the painter clips away: the context takes only this page's lines.
         QAbstractTextDocumentLayout::PaintContext context;
-        context.clip =
-            QRectF(0, starts[size_t(page)] + 0.01, text.width(),
-                   std::min(starts[size_t(page) + 1], slice.bottom() + text.height()) - starts[size_t(page)] - 0.02);
+        context.clip = QRectF(0, top + 0.01, text.width(), bottom - top - 0.02);
         document.documentLayout()->draw(&painter, context);
         painter.restore();
         drawFooter(painter, logo);

@@ -6,6 +6,7 @@
 #include "import/CSVTextDecoder.h"
 
 #include <algorithm>
+#include <limits>
 
 Result<CSVDocument> CSVDocument::read(const QByteArray &bytes)
 {
@@ -15,15 +16,19 @@ Result<CSVDocument> CSVDocument::read(const QByteArray &bytes)
     CSVDocument document;
     document.encoding = decoded->encoding;
     document.delimiter = CSVDelimiter::detectDelimiter(decoded->text);
-    QList<QStringList> rows = CSVParser::parseCSV(decoded->text, document.delimiter);
-    if (rows.size() <= 1)
+    CSVTable rows = CSVParser::parseCSV(decoded->text, document.delimiter);
+    if (rows.rowCount() <= 1) {
+        rows = CSVTable(); // one table at a time keeps the peak low
         rows = CSVParser::parseCSVSimple(decoded->text, document.delimiter);
-    decoded->text.clear(); // the rows hold their own copies; keep the peak low
-    for (const QStringList &row : std::as_const(rows))
-        document.maxColumns = std::max(document.maxColumns, int(row.size()));
-    if (!rows.isEmpty()) {
-        document.header = rows.takeFirst();
+    }
+    decoded->text.clear();
+    document.maxColumns = int(std::min<qsizetype>(rows.widestRow(), std::numeric_limits<int>::max()));
+    if (rows.rowCount() > 0) {
+        const CSVTable::Row first = rows.row(0);
+        for (qsizetype column = 0; column < std::min(first.size(), maxHeaderColumns); ++column)
+            document.header.append(first.cell(column).toString());
         document.headerIndex = CSVHeader::makeHeaderIndexMap(document.header);
+        rows.dropFirstRow();
     }
     document.dataRows = std::move(rows);
     return document;
@@ -46,12 +51,12 @@ std::optional<int> CSVDocument::firstColumn(std::initializer_list<QStringView> k
     return std::nullopt;
 }
 
-QString CSVDocument::cell(const QStringList &row, std::optional<int> column)
+QString CSVDocument::cell(const CSVTable::Row &row, std::optional<int> column)
 {
-    return column && *column < row.size() ? row.at(*column).trimmed() : QString();
+    return column ? row.cell(*column).trimmed().toString() : QString();
 }
 
-QString CSVDocument::value(const QStringList &row, std::initializer_list<QStringView> keys) const
+QString CSVDocument::value(const CSVTable::Row &row, std::initializer_list<QStringView> keys) const
 {
     return cell(row, firstColumn(keys));
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "archive/Result.h"
+#include "import/CSVTable.h"
 
 #include <QByteArray>
 #include <QChar>
 #include <QHash>
-#include <QList>
 #include <QStringList>
 
 #include <initializer_list>
@@ -18,19 +18,23 @@ public:
     // Fails only when the bytes cannot be decoded.
     static Result<CSVDocument> read(const QByteArray &bytes);
 
+    // Columns past these are never looked up by name: a poem list has a dozen, and a
+    // header of a million names would cost far more than the file.
+    static constexpr qsizetype maxHeaderColumns = 1000;
+
     QString encoding;
     QChar delimiter;
-    // Empty when the text had no row at all.
+    // The header's first cells, at most maxHeaderColumns; empty when the text had no row.
     QStringList header;
     QHash<QString, int> headerIndex;
-    QList<QStringList> dataRows;
+    CSVTable dataRows;
     int maxColumns = 0;
 
     // The trimmed cell of the first key that names a column; empty when none does or the
     // row is shorter.
-    QString value(const QStringList &row, std::initializer_list<QStringView> keys) const;
+    QString value(const CSVTable::Row &row, std::initializer_list<QStringView> keys) const;
     // Resolved once per import: the lookups normalise each key.
     std::optional<int> firstColumn(std::initializer_list<QStringView> keys) const;
     std::optional<int> column(QStringView key) const;
-    static QString cell(const QStringList &row, std::optional<int> column);
+    static QString cell(const CSVTable::Row &row, std::optional<int> column);
 };

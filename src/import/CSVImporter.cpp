@@ -41,7 +41,7 @@ struct Columns {
 // row belongs to it; a mark writes the column's name as the sheet spells it. The
 // "kategorie" column states the category directly, so it wins whenever it is filled; the
 // category columns fill in when it is blank, the first filled one in list order.
-QString rowCategory(const QStringList &row, const Columns &columns)
+QString rowCategory(const CSVTable::Row &row, const Columns &columns)
 {
     if (const QString stated = CSVImporter::cleanCategory(CSVDocument::cell(row, columns.category)); !stated.isEmpty())
         return stated;
@@ -93,15 +93,27 @@ void applyToExistingPoem(Poem &poem, const RowValues &row, const QDateTime &now)
     poem.setUpdatedAt(now);
 }
 
+// Messages end in the status line and in dialogs: a header of a million names must not
+// make a text of megabytes.
+QString readable(const QString &text)
+{
+    constexpr qsizetype limit = 300;
+    if (text.size() <= limit)
+        return text;
+    const qsizetype cut = text.at(limit - 2).isHighSurrogate() ? limit - 2 : limit - 1;
+    return text.left(cut) + QChar(0x2026);
+}
+
 QString otherError(const QString &message, const QString &diagnostics)
 {
-    return CSVImporter::tr("CSV Fehler: %1 | %2").arg(message, diagnostics);
+    return CSVImporter::tr("CSV Fehler: %1 | %2").arg(readable(message), readable(diagnostics));
 }
 
 QString noDataRowsMessage(qsizetype byteCount, const QStringList &header)
 {
-    const QString summary = header.isEmpty() ? CSVImporter::tr("(kein Header geparst)")
-                                             : CSVImporter::tr("Header: %1").arg(header.join(QStringLiteral(", ")));
+    const QString summary = header.isEmpty()
+                                ? CSVImporter::tr("(kein Header geparst)")
+                                : CSVImporter::tr("Header: %1").arg(readable(header.join(QStringLiteral(", "))));
     return CSVImporter::tr("Keine Datenzeilen. Diagnose: bytes=%1").arg(byteCount) + QLatin1Char(' ') + summary;
 }
 
@@ -125,7 +137,8 @@ void applyRows(const CSVDocument &document, ArchiveContext &context, const QDate
     QSet<QString> seenCategories;
     // Lists repeat their dates, and making a day's start asks the system's time zone.
     QHash<QString, std::optional<QDateTime>> datesByText;
-    for (const QStringList &cells : document.dataRows) {
+    for (qsizetype index = 0; index < document.dataRows.rowCount(); ++index) {
+        const CSVTable::Row cells = document.dataRows.row(index);
         RowValues row;
         row.title = CSVDocument::cell(cells, columns.title);
         row.key = normalize(row.title);
@@ -186,7 +199,8 @@ CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext 
     if (!bytes) {
         const QString access = QFileInfo(path).isReadable() ? tr("ja") : tr("nein");
         result.diagnostics = QStringLiteral("Security-Scope=") + access;
-        result.error = tr("Datei konnte nicht gelesen werden: %1 | %2").arg(bytes.errorMessage(), result.diagnostics);
+        result.error =
+            tr("Datei konnte nicht gelesen werden: %1 | %2").arg(readable(bytes.errorMessage()), result.diagnostics);
         return result;
     }
     result.diagnostics = QStringLiteral("bytes=%1").arg(bytes->size());
@@ -199,11 +213,11 @@ CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext 
         result.error = otherError(document.errorMessage(), result.diagnostics);
         return result;
     }
-    result.rows = int(document->dataRows.size());
+    result.rows = int(document->dataRows.rowCount());
     result.maxColumns = document->maxColumns;
     result.delimiter = document->delimiter;
     result.diagnostics = QStringLiteral("Encoding: ") + document->encoding;
-    if (document->dataRows.isEmpty()) {
+    if (document->dataRows.rowCount() == 0) {
         result.error = otherError(noDataRowsMessage(bytes->size(), document->header), result.diagnostics);
         return result;
     }

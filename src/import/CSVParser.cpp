@@ -7,12 +7,25 @@ bool isLineBreak(QChar c)
     return c == QLatin1Char('\n') || c == QLatin1Char('\r');
 }
 
-// Collects cells and rows; a row that is one empty, unquoted cell was an empty line.
-class RowBuilder {
+// Counts what a table will hold, so that it can be built in memory of exactly that size.
+struct TableSize {
+    qsizetype characters = 0;
+    qsizetype cells = 0;
+    qsizetype rows = 0;
+
+    void append(QChar) { ++characters; }
+    void endCell() { ++cells; }
+    void endRow() { ++rows; }
+};
+
+// Hands cells and rows to the sink; a row that is one empty, unquoted cell was an empty line.
+template <typename Sink> class RowBuilder {
 public:
+    explicit RowBuilder(Sink &sink) : m_sink(sink) {}
+
     void appendToCell(QChar c)
     {
-        m_cell.append(c);
+        m_sink.append(c);
         m_cellStarted = true;
     }
     void markCellStarted() { m_cellStarted = true; }
@@ -20,31 +33,25 @@ public:
 
     void endCell()
     {
-        m_row.append(m_cell);
-        m_cell.clear();
+        m_sink.endCell();
+        m_rowStarted = true;
         m_cellStarted = false;
     }
 
     void endRow()
     {
-        const bool emptyLine = m_row.isEmpty() && !m_cellStarted;
+        if (!m_rowStarted && !m_cellStarted)
+            return;
         endCell();
-        if (!emptyLine)
-            m_rows.append(m_row);
-        m_row.clear();
+        m_sink.endRow();
+        m_rowStarted = false;
     }
 
-    QList<QStringList> finish()
-    {
-        if (!m_row.isEmpty() || m_cellStarted)
-            endRow();
-        return std::move(m_rows);
-    }
+    void finish() { endRow(); }
 
 private:
-    QList<QStringList> m_rows;
-    QStringList m_row;
-    QString m_cell;
+    Sink &m_sink;
+    bool m_rowStarted = false;
     bool m_cellStarted = false;
 };
 
@@ -56,12 +63,10 @@ qsizetype lineBreakLength(QStringView text, qsizetype i)
     return 1;
 }
 
-} // namespace
-
-QList<QStringList> CSVParser::parseCSV(QStringView text, QChar delimiter)
+template <typename Sink> void parseQuoted(QStringView text, QChar delimiter, Sink &sink)
 {
     const QChar quote = QLatin1Char('"');
-    RowBuilder builder;
+    RowBuilder builder(sink);
     bool inQuotes = false;
     qsizetype i = 0;
     while (i < text.size()) {
@@ -92,25 +97,49 @@ QList<QStringList> CSVParser::parseCSV(QStringView text, QChar delimiter)
         }
         ++i;
     }
-    return builder.finish();
+    builder.finish();
 }
 
-QList<QStringList> CSVParser::parseCSVSimple(QStringView text, QChar delimiter)
+template <typename Sink> void parseSimple(QStringView text, QChar delimiter, Sink &sink)
 {
-    QList<QStringList> rows;
     qsizetype start = 0;
     while (start < text.size()) {
         qsizetype end = start;
         while (end < text.size() && !isLineBreak(text.at(end)))
             ++end;
-        const QStringView line = text.sliced(start, end - start);
-        if (!line.isEmpty()) {
-            QStringList cells;
-            for (const QStringView cell : line.split(delimiter))
-                cells.append(cell.toString());
-            rows.append(cells);
+        if (end > start) {
+            for (qsizetype i = start; i < end; ++i) {
+                if (text.at(i) == delimiter)
+                    sink.endCell();
+                else
+                    sink.append(text.at(i));
+            }
+            sink.endCell();
+            sink.endRow();
         }
         start = end < text.size() ? end + lineBreakLength(text, end) : end;
     }
-    return rows;
+}
+
+// Two passes: the first counts, the second fills a table reserved to that size.
+template <typename Parse> CSVTable parsedTable(Parse parse)
+{
+    TableSize size;
+    parse(size);
+    CSVTable table;
+    table.reserve(size.characters, size.cells, size.rows);
+    parse(table);
+    return table;
+}
+
+} // namespace
+
+CSVTable CSVParser::parseCSV(QStringView text, QChar delimiter)
+{
+    return parsedTable([&](auto &sink) { parseQuoted(text, delimiter, sink); });
+}
+
+CSVTable CSVParser::parseCSVSimple(QStringView text, QChar delimiter)
+{
+    return parsedTable([&](auto &sink) { parseSimple(text, delimiter, sink); });
 }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "import/CSVTable.h"
+
 #include <QChar>
-#include <QList>
-#include <QStringList>
 #include <QStringView>
 
 // Splits CSV text into rows of cells. Empty lines produce no row: spreadsheets leave them
@@ -12,8 +12,8 @@ public:
     // Quote-aware: a quote opening a cell protects separators, line breaks and doubled
     // quotes up to its closing quote; any other quote is an ordinary character. Rows end at
     // LF, CR or CRLF.
-    static QList<QStringList> parseCSV(QStringView text, QChar delimiter);
+    static CSVTable parseCSV(QStringView text, QChar delimiter);
     // Lines split at line breaks, cells at the separator, quotes left as they are: the way
     // back when a stray quote swallowed the rest of the file.
-    static QList<QStringList> parseCSVSimple(QStringView text, QChar delimiter);
+    static CSVTable parseCSVSimple(QStringView text, QChar delimiter);
 };

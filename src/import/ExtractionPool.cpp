@@ -1,25 +1,24 @@
 #include "import/ExtractionPool.h"
 
 #include "import/ExtractError.h"
-#include "import/ImportedRichText.h"
 
 #include <QFileInfo>
 #include <QThread>
 
 ExtractionPool::ExtractionPool(QList<Job> jobs, int workers, ExtractorFactory makeExtractor,
-                               QTextCharFormat editorDefaults, QObject *receiver, ResultHandler handler)
+                               ImportedRichText::EditorFont editorFont, QObject *receiver, ResultHandler handler)
     : m_jobs(std::move(jobs)), m_receiver(receiver), m_handler(std::move(handler))
 {
     const int count = int(std::min<qsizetype>(std::max(1, workers), m_jobs.size()));
     for (int i = 0; i < count; ++i) {
-        // Each thread gets copies of its own: formats and factories are not shared across threads.
-        QThread *thread = QThread::create([this, makeExtractor, editorDefaults] {
+        // Each thread gets copies of its own: factories are not shared across threads.
+        QThread *thread = QThread::create([this, makeExtractor, editorFont] {
             const std::unique_ptr<IsolatedDocumentExtractor> extractor = makeExtractor();
             {
                 const std::lock_guard lock(m_extractorsMutex);
                 m_extractors.push_back(extractor.get());
             }
-            work(*extractor, editorDefaults);
+            work(*extractor, editorFont);
             const std::lock_guard lock(m_extractorsMutex);
             std::erase(m_extractors, extractor.get());
         });
@@ -51,14 +50,14 @@ int ExtractionPool::defaultWorkerCount()
     return std::max(1, QThread::idealThreadCount());
 }
 
-void ExtractionPool::work(IsolatedDocumentExtractor &extractor, QTextCharFormat editorDefaults)
+void ExtractionPool::work(IsolatedDocumentExtractor &extractor, const ImportedRichText::EditorFont &editorFont)
 {
     while (!m_cancelled) {
         const qsizetype next = m_next++;
         if (next >= m_jobs.size())
             return;
         const Job &job = m_jobs.at(next);
-        ImportExtraction extraction = extractOne(extractor, job, editorDefaults);
+        ImportExtraction extraction = extractOne(extractor, job, editorFont);
         if (m_cancelled)
             return;
         QMetaObject::invokeMethod(
@@ -71,7 +70,7 @@ void ExtractionPool::work(IsolatedDocumentExtractor &extractor, QTextCharFormat 
 }
 
 ImportExtraction ExtractionPool::extractOne(IsolatedDocumentExtractor &extractor, const Job &job,
-                                            const QTextCharFormat &editorDefaults)
+                                            const ImportedRichText::EditorFont &editorFont)
 {
     ImportExtraction extraction;
     const QFileInfo file(job.path);
@@ -87,7 +86,7 @@ ImportExtraction ExtractionPool::extractOne(IsolatedDocumentExtractor &extractor
     }
     extraction.text = isolated.result->text;
     if (isolated.result->richText && !extraction.text.trimmed().isEmpty()) {
-        auto encoded = ImportedRichText::encode(*isolated.result->richText, editorDefaults);
+        auto encoded = ImportedRichText::encode(*isolated.result->richText, editorFont);
         if (!encoded) {
             extraction.errorHint = ExtractError::failed(encoded.errorMessage()).description();
             extraction.text.clear();

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "import/ImportWorkItem.h"
+#include "import/ImportedRichText.h"
 #include "import/IsolatedDocumentExtractor.h"
 
 #include <QList>
 #include <QString>
-#include <QTextCharFormat>
 
 #include <atomic>
 #include <functional>
@@ -30,8 +30,8 @@ public:
     using ResultHandler = std::function<void(qsizetype index, ImportExtraction extraction)>;
 
     // Workers beyond the number of jobs are not started.
-    ExtractionPool(QList<Job> jobs, int workers, ExtractorFactory makeExtractor, QTextCharFormat editorDefaults,
-                   QObject *receiver, ResultHandler handler);
+    ExtractionPool(QList<Job> jobs, int workers, ExtractorFactory makeExtractor,
+                   ImportedRichText::EditorFont editorFont, QObject *receiver, ResultHandler handler);
     // Stops the readers after the file in hand and waits for them.
     ~ExtractionPool();
     ExtractionPool(const ExtractionPool &) = delete;
@@ -44,10 +44,10 @@ public:
     // One file as the import reads it: a zero-byte file is not read at all, a DOCX
     // brings its formatted text along in the poem's encoding.
     static ImportExtraction extractOne(IsolatedDocumentExtractor &extractor, const Job &job,
-                                       const QTextCharFormat &editorDefaults);
+                                       const ImportedRichText::EditorFont &editorFont);
 
 private:
-    void work(IsolatedDocumentExtractor &extractor, QTextCharFormat editorDefaults);
+    void work(IsolatedDocumentExtractor &extractor, const ImportedRichText::EditorFont &editorFont);
 
     const QList<Job> m_jobs;
     std::atomic<qsizetype> m_next{0};

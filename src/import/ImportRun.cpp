@@ -3,7 +3,6 @@
 #include "archive/ArchiveContext.h"
 #include "backup/BackupExporter.h"
 #include "editor/PoemRichText.h"
-#include "editor/WriterTypingAttributes.h"
 #include "import/ExtractError.h"
 #include "import/FolderScanner.h"
 #include "import/ImportStateFiles.h"
@@ -158,7 +157,7 @@ void ImportRun::begin()
 
     m_applyStarted = true;
     m_applier = std::make_unique<ImportApplier>(m_context, &ImportStateFiles::saveUndo, m_settings.batchSize);
-    m_editorDefaults = WriterTypingAttributes::defaults();
+    m_editorFont = ImportedRichText::EditorFont::current();
     m_report.title = m_settings.imagesOnly ? ImportReport::imageImportTitle() : ImportReport::textImportTitle();
     if (m_settings.imagesOnly) {
         Q_EMIT progressChanged(tr("Zu importieren: Bilder %1").arg(m_images.size()), 0, m_total);
@@ -242,7 +241,7 @@ void ImportRun::startPass(Pass pass)
     m_pool.reset();
     if (!jobs.isEmpty()) {
         m_pool = std::make_unique<ExtractionPool>(
-            jobs, m_settings.readers, m_settings.makeExtractor, m_editorDefaults, this,
+            jobs, m_settings.readers, m_settings.makeExtractor, m_editorFont, this,
             [this](qsizetype index, ImportExtraction extraction) { takeExtraction(index, std::move(extraction)); });
     }
     QTimer::singleShot(0, this, &ImportRun::drain);

@@ -9,7 +9,6 @@
 
 #include <QHash>
 #include <QObject>
-#include <QTextCharFormat>
 
 #include <functional>
 #include <memory>
@@ -120,7 +119,7 @@ private:
     QHash<qsizetype, ImportExtraction> m_ready;
     qsizetype m_next = 0;
     std::unique_ptr<ExtractionPool> m_pool;
-    QTextCharFormat m_editorDefaults;
+    ImportedRichText::EditorFont m_editorFont;
     ImportLog m_log;
     ImportReport m_report;
     ImportRunCounts m_counts;

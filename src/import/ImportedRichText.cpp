@@ -1,8 +1,11 @@
 #include "import/ImportedRichText.h"
 
 #include "editor/PoemRichText.h"
+#include "editor/WriterTypingAttributes.h"
 
+#include <QFont>
 #include <QTextBlockFormat>
+#include <QTextCharFormat>
 #include <QTextCursor>
 
 namespace {
@@ -30,11 +33,22 @@ QTextBlockFormat paragraphFormat(const TextAttributes &attributes)
 
 } // namespace
 
-Result<QByteArray> ImportedRichText::encode(const AttributedText &text, const QTextCharFormat &editorDefaults)
+ImportedRichText::EditorFont ImportedRichText::EditorFont::current()
 {
+    return {WriterTypingAttributes::editorFontFamily(), WriterTypingAttributes::defaultPointSize};
+}
+
+Result<QByteArray> ImportedRichText::encode(const AttributedText &text, const EditorFont &editorFont)
+{
+    QTextCharFormat editorDefaults;
+    editorDefaults.setFontFamilies({editorFont.family});
+    editorDefaults.setFontPointSize(editorFont.pointSize);
+    QFont defaultFont(editorFont.family);
+    defaultFont.setPointSizeF(editorFont.pointSize);
+
     PoemTextDocument document;
     document.setUndoRedoEnabled(false);
-    document.setDefaultFont(editorDefaults.font());
+    document.setDefaultFont(defaultFont);
     QTextCursor cursor(&document);
     cursor.setBlockCharFormat(editorDefaults);
     bool paragraphStarted = false;

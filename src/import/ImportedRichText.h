@@ -4,7 +4,7 @@
 #include "import/AttributedText.h"
 
 #include <QByteArray>
-#include <QTextCharFormat>
+#include <QString>
 
 // A document's formatted text as a poem stores it (the editor's richTextData).
 //
@@ -14,7 +14,18 @@
 // appearance, like a poem typed in the program.
 class ImportedRichText {
 public:
-    // editorDefaults: WriterTypingAttributes::defaults(), taken once per run; it reads the
-    // preferences, which a reader thread should not do for every file.
-    static Result<QByteArray> encode(const AttributedText &text, const QTextCharFormat &editorDefaults);
+    // The editor font as plain values. Copies of a QTextCharFormat or QFont share one private
+    // part whose font cache is filled in when it is read, so readers on several threads must
+    // never share one; each encode builds its own from these.
+    struct EditorFont {
+        QString family;
+        double pointSize = 0;
+
+        // Reads the preferences and the font database: take it once per run, on the
+        // caller's thread.
+        static EditorFont current();
+    };
+
+    // Safe to call from several threads at once.
+    static Result<QByteArray> encode(const AttributedText &text, const EditorFont &editorFont);
 };

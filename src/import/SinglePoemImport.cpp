@@ -2,7 +2,6 @@
 
 #include "archive/ArchiveContext.h"
 #include "editor/RtfCodePage.h"
-#include "editor/WriterTypingAttributes.h"
 #include "import/ExtractError.h"
 #include "import/ImportStateFiles.h"
 #include "import/ImportedRichText.h"
@@ -55,7 +54,7 @@ Result<ImportedPoemText> SinglePoemImport::readTextFile(const QString &path)
 }
 
 Result<ImportedPoemText> SinglePoemImport::fromExtraction(const IsolatedExtraction &extraction,
-                                                          const QTextCharFormat &editorDefaults)
+                                                          const ImportedRichText::EditorFont &editorFont)
 {
     if (!extraction.result)
         return extraction.result.error();
@@ -64,7 +63,7 @@ Result<ImportedPoemText> SinglePoemImport::fromExtraction(const IsolatedExtracti
         return Error(ExtractError::emptyText());
     ImportedPoemText imported{document.text, std::nullopt, QString()};
     if (document.richText) {
-        auto encoded = ImportedRichText::encode(*document.richText, editorDefaults);
+        auto encoded = ImportedRichText::encode(*document.richText, editorFont);
         if (!encoded)
             return encoded.error();
         imported.richTextData = std::move(*encoded);
@@ -78,7 +77,7 @@ Result<ImportedPoemText> SinglePoemImport::read(const QString &path)
         return readTextFile(path);
     IsolatedDocumentExtractor extractor;
     return fromExtraction(extractor.extract(path, IsolatedDocumentExtractor::defaultTimeoutMilliseconds(path)),
-                          WriterTypingAttributes::defaults());
+                          ImportedRichText::EditorFont::current());
 }
 
 Result<QString> SinglePoemImport::apply(ArchiveContext &context, Poem &poem, const ImportedPoemText &imported,

@@ -2,6 +2,7 @@
 
 #include "archive/Poem.h"
 #include "archive/Result.h"
+#include "import/ImportedRichText.h"
 #include "import/IsolatedDocumentExtractor.h"
 
 #include <QByteArray>
@@ -9,7 +10,6 @@
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
-#include <QTextCharFormat>
 
 #include <optional>
 
@@ -39,7 +39,7 @@ public:
     static Result<ImportedPoemText> readTextFile(const QString &path);
     // A document read by the helper (synchronously or through extractAsync).
     static Result<ImportedPoemText> fromExtraction(const IsolatedExtraction &extraction,
-                                                   const QTextCharFormat &editorDefaults);
+                                                   const ImportedRichText::EditorFont &editorFont);
     // Any accepted file, blocking: the helper for documents.
     static Result<ImportedPoemText> read(const QString &path);
 

@@ -161,6 +161,15 @@ private Q_SLOTS:
         QCOMPARE(DuplicateChecker::percent(pair.score), 90);
         QCOMPARE(DuplicateChecker::statusLine(report),
                  QStringLiteral("Duplikatprüfung: 0 gleiche Titel, 1 ähnliche Titel gefunden."));
+
+        // Five of six words and 38 of 40 letters: 0.6 × 5/6 + 0.4 × 38/40 is the threshold itself,
+        // which counts as similar.
+        const QString sunset = QStringLiteral("Sonnenuntergang ueber dem stillen Meer");
+        QCOMPARE(FuzzyMatcher::score(sunset, sunset + QStringLiteral(" 2")), DuplicateChecker::similarityThreshold);
+        AnalysisTestArchive exact;
+        exact.add(sunset);
+        exact.add(sunset + QStringLiteral(" 2"));
+        QCOMPARE(DuplicateChecker::check(exact.poems()).similarPairs.size(), 1);
     }
 
     void titlesMoreThanTenCharactersApartAreNeverPaired()

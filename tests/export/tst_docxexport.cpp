@@ -8,6 +8,7 @@
 #include <QTextCursor>
 #include <QTextImageFormat>
 #include <QTimeZone>
+#include <QXmlStreamReader>
 
 namespace {
 
@@ -249,6 +250,55 @@ private Q_SLOTS:
         QVERIFY(richBody.contains(QLatin1String("w:ascii=\"") + escaped + "\" w:hAnsi=\"" + escaped + "\" w:cs=\"" +
                                   escaped + "\""));
         QVERIFY(!richBody.contains(nasty));
+    }
+
+    void charactersXmlForbidsAreDroppedFromEveryPart_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("kept");
+        QTest::newRow("NUL") << QStringLiteral("A") + QChar(0) + QStringLiteral("B") << QStringLiteral("AB");
+        QTest::newRow("C0 controls") << QStringLiteral("A\u0001\u0008\u000B\u000C\u001BB\u001F")
+                                     << QStringLiteral("AB");
+        QTest::newRow("unpaired surrogates")
+            << QStringLiteral("A") + QChar(0xD800) + QStringLiteral("B") + QChar(0xDC00) + QChar(0xDBFF)
+            << QStringLiteral("AB");
+        QTest::newRow("U+FFFE and U+FFFF") << QStringLiteral("A\uFFFEB\uFFFF") << QStringLiteral("AB");
+        QTest::newRow("pair, tab and umlaut kept")
+            << QStringLiteral("Ä\t\U0001F319B") << QStringLiteral("Ä\t\U0001F319B");
+    }
+
+    void charactersXmlForbidsAreDroppedFromEveryPart()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, kept);
+        QCOMPARE(DOCXExporter::escape(text), kept);
+        auto rich = std::make_shared<PoemTextDocument>();
+        QTextCursor cursor(rich.get());
+        QTextCharFormat format;
+        format.setFontFamilies({text});
+        cursor.insertText(text, format);
+        for (const bool withRichText : {false, true}) {
+            ExportDocument document;
+            document.title = text;
+            document.metaLines = {text};
+            document.plainText = text;
+            if (withRichText)
+                document.richText = rich;
+            DOCXExporter::Options fonts = options();
+            fonts.fontName = text;
+            const auto parts = DOCXExporter::parts(document, fonts);
+            QVERIFY(partText(parts, "docProps/core.xml").contains(QStringLiteral("<dc:title>") + kept));
+            QVERIFY(
+                partText(parts, "word/document.xml").contains(QStringLiteral("\">") + kept + QStringLiteral("</w:t>")));
+            for (const ZipArchive::Entry &part : parts) {
+                if (!part.path.endsWith(QLatin1String(".xml")) && !part.path.endsWith(QLatin1String(".rels")))
+                    continue;
+                QXmlStreamReader xml(part.data);
+                while (!xml.atEnd())
+                    xml.readNext();
+                QVERIFY2(!xml.hasError(), qPrintable(part.path + QStringLiteral(": ") + xml.errorString()));
+            }
+        }
     }
 
     void twoExportsDifferOnlyInTheirDates()

@@ -2,7 +2,6 @@
 
 #include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
-#include "editor/WriterTypingAttributes.h"
 #include "import/ImportStateFiles.h"
 #include "import/ImportUndo.h"
 #include "import/gui/FolderScanController.h"
@@ -162,7 +161,7 @@ void ImportActions::importTextInto(const PoemPtr &poem)
     }
     m_singleImportRunning = true;
     Q_EMIT busyChanged(true);
-    const QTextCharFormat defaults = WriterTypingAttributes::defaults();
+    const ImportedRichText::EditorFont defaults = ImportedRichText::EditorFont::current();
     IsolatedDocumentExtractor::extractAsync(
         path, IsolatedDocumentExtractor::defaultTimeoutMilliseconds(path), this,
         [this, poem, fileName, defaults](IsolatedExtraction extraction) {
