@@ -192,9 +192,10 @@ void LibraryBrowser::reloadRows()
     candidates.reserve(size_t(all.size()));
     for (qsizetype i = 0; i < all.size(); ++i) {
         const Poem &poem = *all.at(i);
-        const Listing listing = listingOf(poem, derived[size_t(i)]);
-        listingSlot(poem.storeKey()) = listing;
+        Listing listing = listingOf(poem, derived[size_t(i)]);
         count(listing, 1);
+        listing.row = listing.listed() ? &poem : nullptr;
+        listingSlot(poem.storeKey()) = listing;
         if (!listing.listed())
             continue;
         Candidate candidate;
@@ -213,7 +214,7 @@ void LibraryBrowser::reloadRows()
         rowPoems.append(all.at(candidate.storeOrder));
 
     m_rowPoems = std::move(rowPoems);
-    m_rowMemo.assign(candidates.size(), std::nullopt);
+    m_rowMemo.clear();
     m_allRows.reset();
     m_summarySearch = m_builtFor.search;
     m_cache.pruneUnused(int(position));
@@ -247,8 +248,7 @@ bool LibraryBrowser::applyChanges(const QSet<qint64> &poemKeys, LibraryRowListen
         std::vector<PoemPtr> toPlace;
         for (const qint64 key : poemKeys) {
             const Relisting relisted = relist(key);
-            if (relisted.wasListed)
-                removeRow(rowOf(key), listener);
+            removeRow(rowOf(relisted.listedBefore), listener);
             if (relisted.poem)
                 toPlace.push_back(relisted.poem);
         }
@@ -272,18 +272,23 @@ LibraryBrowser::Relisting LibraryBrowser::relist(qint64 storeKey)
     Listing &slot = listingSlot(storeKey);
     const Listing before = slot;
     PoemPtr poem = m_context.poemWithKey(storeKey);
-    const Listing after = poem ? listingOf(*poem, nullptr) : Listing{};
+    Listing after = poem ? listingOf(*poem, nullptr) : Listing{};
     count(before, -1);
     count(after, 1);
+    after.row = after.listed() ? poem.get() : nullptr;
     slot = after;
     m_allRows.reset();
-    return Relisting{before.listed(), after.listed() ? std::move(poem) : nullptr};
+    m_rowMemo.erase(storeKey);
+    return Relisting{before.row, after.listed() ? std::move(poem) : nullptr};
 }
 
-qsizetype LibraryBrowser::rowOf(qint64 storeKey) const
+// By the pointer the rows hold, which keeps the poem alive: no poem is read on the way.
+qsizetype LibraryBrowser::rowOf(const Poem *listed) const
 {
+    if (!listed)
+        return -1;
     const auto found = std::find_if(m_rowPoems.cbegin(), m_rowPoems.cend(),
-                                    [storeKey](const PoemPtr &row) { return row->storeKey() == storeKey; });
+                                    [listed](const PoemPtr &row) { return row.get() == listed; });
     return found == m_rowPoems.cend() ? -1 : qsizetype(found - m_rowPoems.cbegin());
 }
 
@@ -293,7 +298,6 @@ void LibraryBrowser::removeRow(qsizetype row, LibraryRowListener &listener)
         return;
     listener.rowAboutToBeRemoved(row);
     m_rowPoems.removeAt(row);
-    m_rowMemo.erase(m_rowMemo.begin() + row);
     listener.rowRemoved();
 }
 
@@ -301,7 +305,6 @@ void LibraryBrowser::insertRow(const PoemPtr &poem, qsizetype row, LibraryRowLis
 {
     listener.rowAboutToBeInserted(row);
     m_rowPoems.insert(row, poem);
-    m_rowMemo.insert(m_rowMemo.begin() + row, std::nullopt);
     listener.rowInserted();
 }
 
@@ -309,7 +312,7 @@ void LibraryBrowser::insertRow(const PoemPtr &poem, qsizetype row, LibraryRowLis
 void LibraryBrowser::movePoem(qint64 storeKey, LibraryRowListener &listener)
 {
     const Relisting relisted = relist(storeKey);
-    const qsizetype from = relisted.wasListed ? rowOf(storeKey) : -1;
+    const qsizetype from = rowOf(relisted.listedBefore);
     if (!relisted.poem) {
         removeRow(from, listener);
         return;
@@ -319,14 +322,10 @@ void LibraryBrowser::movePoem(qint64 storeKey, LibraryRowListener &listener)
         insertRow(relisted.poem, to, listener);
         return;
     }
-    m_rowMemo[size_t(from)].reset();
     if (to != from) {
         // Before the row it goes in front of, counted with the poem still in its old place.
         listener.rowAboutToBeMoved(from, to > from ? to + 1 : to);
         m_rowPoems.move(from, to);
-        std::optional<PoemRow> memo;
-        m_rowMemo.erase(m_rowMemo.begin() + from);
-        m_rowMemo.insert(m_rowMemo.begin() + to, std::move(memo));
         listener.rowMoved();
     }
     listener.rowChanged(to);
@@ -523,12 +522,11 @@ int LibraryBrowser::compareTitleKeys(const Candidate &a, const Candidate &b)
 
 const PoemRow &LibraryBrowser::row(qsizetype index) const
 {
-    std::optional<PoemRow> &memo = m_rowMemo[size_t(index)];
-    if (!memo) {
-        const Poem &poem = *m_rowPoems.at(index);
-        memo = makeRow(poem, m_cache.entry(poem));
-    }
-    return *memo;
+    const Poem &poem = *m_rowPoems.at(index);
+    const auto memo = m_rowMemo.find(poem.storeKey());
+    if (memo != m_rowMemo.end())
+        return memo->second;
+    return m_rowMemo.emplace(poem.storeKey(), makeRow(poem, m_cache.entry(poem))).first->second;
 }
 
 const QList<PoemRow> &LibraryBrowser::rows() const

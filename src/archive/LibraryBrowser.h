@@ -18,6 +18,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 class ArchiveContext;
@@ -125,6 +126,7 @@ private:
 
     // Where one poem counts and whether it has a row, as of the last time it was looked at.
     struct Listing {
+        const Poem *row = nullptr; // while it has a row, which keeps the poem alive
         int categoryId = -1;
         bool known = false;
         bool live = false;
@@ -152,11 +154,11 @@ private:
     // A changed poem's counts taken over: whether it had a row, and the poem when it
     // has one now.
     struct Relisting {
-        bool wasListed = false;
+        const Poem *listedBefore = nullptr;
         PoemPtr poem;
     };
     Relisting relist(qint64 storeKey);
-    qsizetype rowOf(qint64 storeKey) const;
+    qsizetype rowOf(const Poem *listed) const;
     void removeRow(qsizetype row, LibraryRowListener &listener);
     void insertRow(const PoemPtr &poem, qsizetype row, LibraryRowListener &listener);
     void movePoem(qint64 storeKey, LibraryRowListener &listener);
@@ -170,7 +172,7 @@ private:
     mutable PoemTextCache m_cache;
     std::optional<QStringList> m_configuredCategories;
     QList<PoemPtr> m_rowPoems;
-    mutable std::vector<std::optional<PoemRow>> m_rowMemo;
+    mutable std::unordered_map<qint64, PoemRow> m_rowMemo; // by store key
     mutable std::optional<QList<PoemRow>> m_allRows;
     QList<CategoryFilter> m_categoryFilters;
     LibraryCounts m_counts;
