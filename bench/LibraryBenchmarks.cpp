@@ -2,36 +2,43 @@
 
 #include "archive/LibraryBrowser.h"
 #include "archive/PersistenceController.h"
+#include "archive/PoemEdit.h"
 
 #include <QDateTime>
 
 #include <benchmark/benchmark.h>
 
+#include <map>
+
 namespace {
 
-constexpr int poemCount = 20000;
-
-// One archive for every benchmark: 20,000 poems of about 600 characters in 30 categories.
-PersistenceController &archive()
+// One archive per size, shared by the benchmarks: poems of about 600 characters in 30
+// categories. Every benchmark runs at 20,000 and at 100,000 poems.
+PersistenceController &archive(int poemCount)
 {
-    static const std::unique_ptr<PersistenceController> controller = [] {
-        auto made = PersistenceController::inMemory();
-        (void)fillSampleArchive(made->viewContext(), poemCount);
-        return made;
-    }();
+    static std::map<int, std::unique_ptr<PersistenceController>> archives;
+    auto &controller = archives[poemCount];
+    if (!controller) {
+        controller = PersistenceController::inMemory();
+        (void)fillSampleArchive(controller->viewContext(), poemCount);
+    }
     return *controller;
 }
 
-LibraryBrowser &browser()
+LibraryBrowser &browser(int poemCount)
 {
-    static LibraryBrowser instance(archive().viewContext());
-    instance.setConfiguredCategories(QStringList{});
-    return instance;
+    static std::map<int, std::unique_ptr<LibraryBrowser>> browsers;
+    auto &instance = browsers[poemCount];
+    if (!instance) {
+        instance = std::make_unique<LibraryBrowser>(archive(poemCount).viewContext());
+        instance->setConfiguredCategories(QStringList{});
+    }
+    return *instance;
 }
 
 void reloadWith(benchmark::State &state, const QString &search, SearchMode mode, PoemSortMode sort)
 {
-    LibraryBrowser &library = browser();
+    LibraryBrowser &library = browser(int(state.range(0)));
     library.searchText = search;
     library.searchMode = mode;
     library.sortMode = sort;
@@ -43,53 +50,84 @@ void reloadWith(benchmark::State &state, const QString &search, SearchMode mode,
     state.counters["rows"] = double(library.rowCount());
 }
 
+void bothSizes(benchmark::internal::Benchmark *benchmark, int repetitions)
+{
+    benchmark->Arg(20000)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(repetitions);
+    benchmark->ReportAggregatesOnly(true);
+}
+
 // One rebuild after a keystroke in mode "Alles": a common syllable and one found nowhere,
 // which makes every text be read to its end.
 void BM_reloadRowsAllModeCommonSearch(benchmark::State &state)
 {
     reloadWith(state, QStringLiteral("ach"), SearchMode::all, PoemSortMode::recentlyChanged);
 }
-BENCHMARK(BM_reloadRowsAllModeCommonSearch)
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(1)
-    ->Repetitions(50)
-    ->ReportAggregatesOnly(true);
+BENCHMARK(BM_reloadRowsAllModeCommonSearch)->Apply([](auto *b) { bothSizes(b, 30); });
 
 void BM_reloadRowsAllModeRareSearch(benchmark::State &state)
 {
     reloadWith(state, QStringLiteral("qüx"), SearchMode::all, PoemSortMode::recentlyChanged);
 }
-BENCHMARK(BM_reloadRowsAllModeRareSearch)
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(1)
-    ->Repetitions(50)
-    ->ReportAggregatesOnly(true);
+BENCHMARK(BM_reloadRowsAllModeRareSearch)->Apply([](auto *b) { bothSizes(b, 30); });
 
 void BM_reloadRowsSortedByCategory(benchmark::State &state)
 {
     reloadWith(state, QString(), SearchMode::all, PoemSortMode::category);
 }
-BENCHMARK(BM_reloadRowsSortedByCategory)
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(1)
-    ->Repetitions(50)
-    ->ReportAggregatesOnly(true);
+BENCHMARK(BM_reloadRowsSortedByCategory)->Apply([](auto *b) { bothSizes(b, 20); });
 
 void BM_reloadRowsMissingTextFirst(benchmark::State &state)
 {
     reloadWith(state, QString(), SearchMode::all, PoemSortMode::missingTextFirst);
 }
-BENCHMARK(BM_reloadRowsMissingTextFirst)
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(1)
-    ->Repetitions(20)
-    ->ReportAggregatesOnly(true);
+BENCHMARK(BM_reloadRowsMissingTextFirst)->Apply([](auto *b) { bothSizes(b, 20); });
+
+// A keystroke in one poem as the list takes it over: the edit saved, its row moved to
+// its sorted place, the counts changed by the difference.
+void editOnePoem(benchmark::State &state, PoemSortMode sort, bool inTitle)
+{
+    const int poemCount = int(state.range(0));
+    LibraryBrowser &library = browser(poemCount);
+    library.searchText.clear();
+    library.sortMode = sort;
+    library.reloadRows();
+    ArchiveContext &context = archive(poemCount).viewContext();
+    const PoemPtr poem = library.poemAt(library.rowCount() / 2);
+    LibraryRowListener unseen;
+    QString typed = poem->title().value_or(QString());
+    for (auto _ : state) {
+        typed.append(QLatin1Char('a'));
+        const auto saved = PoemEdit::apply(
+            context, *poem,
+            [&](Poem &edited) {
+                if (inTitle)
+                    PoemEdit::setTitle(edited, typed);
+                else
+                    edited.setText(edited.text().value_or(QString()) + QLatin1Char('a'));
+            },
+            QDateTime::currentDateTimeUtc());
+        library.applyChanges({poem->storeKey()}, unseen);
+        benchmark::DoNotOptimize(saved.ok());
+    }
+}
+
+void BM_keystrokeInTextTakenOver(benchmark::State &state)
+{
+    editOnePoem(state, PoemSortMode::recentlyChanged, false);
+}
+BENCHMARK(BM_keystrokeInTextTakenOver)->Apply([](auto *b) { bothSizes(b, 200); });
+
+void BM_keystrokeInTitleSortedByTitle(benchmark::State &state)
+{
+    editOnePoem(state, PoemSortMode::title, true);
+}
+BENCHMARK(BM_keystrokeInTitleSortedByTitle)->Apply([](auto *b) { bothSizes(b, 200); });
 
 // The very first rebuild after opening, when nothing is derived yet.
 void BM_firstReloadRowsSearchAll(benchmark::State &state)
 {
     for (auto _ : state) {
-        LibraryBrowser fresh(archive().viewContext());
+        LibraryBrowser fresh(archive(int(state.range(0))).viewContext());
         fresh.setConfiguredCategories(QStringList{});
         fresh.searchText = QStringLiteral("ach");
         fresh.searchMode = SearchMode::all;
@@ -97,6 +135,6 @@ void BM_firstReloadRowsSearchAll(benchmark::State &state)
         benchmark::DoNotOptimize(fresh.rowCount());
     }
 }
-BENCHMARK(BM_firstReloadRowsSearchAll)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_firstReloadRowsSearchAll)->Arg(20000)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 } // namespace

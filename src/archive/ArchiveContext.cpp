@@ -62,12 +62,12 @@ Result<bool> ArchiveContext::refreshFromStore()
     auto changes = m_store->changesSince(m_seenChangeSeq);
     if (!changes)
         return changes.error();
-    bool changed = false;
+    QSet<qint64> changed;
     for (auto &row : changes->rows) {
         const auto known = m_byRowKey.find(row.key);
         if (known == m_byRowKey.end()) {
             registerStored(std::move(row));
-            changed = true;
+            changed.insert(m_nextKey - 1);
             continue;
         }
         m_seenChangeSeq = std::max(m_seenChangeSeq, row.changeSeq);
@@ -78,26 +78,24 @@ Result<bool> ArchiveContext::refreshFromStore()
         poem.m_saved = row.values;
         poem.m_values = std::move(row.values);
         poem.m_changeSeq = row.changeSeq;
-        changed = true;
+        changed.insert(poem.m_key);
     }
     if (changes->rowCount != qint64(m_byRowKey.size())) {
-        const auto dropped = dropPoemsDeletedElsewhere();
-        if (!dropped)
+        if (auto dropped = dropPoemsDeletedElsewhere(changed); !dropped)
             return dropped.error();
-        changed = changed || *dropped;
     }
     m_dataVersion = *version;
-    if (changed)
-        Q_EMIT contextDidChange();
-    return changed;
+    if (changed.isEmpty())
+        return false;
+    Q_EMIT contextDidChange(changed);
+    return true;
 }
 
-Result<bool> ArchiveContext::dropPoemsDeletedElsewhere()
+Result<void> ArchiveContext::dropPoemsDeletedElsewhere(QSet<qint64> &dropped)
 {
     const auto keys = m_store->allKeys();
     if (!keys)
         return keys.error();
-    bool dropped = false;
     for (auto it = m_byRowKey.begin(); it != m_byRowKey.end();) {
         Poem &poem = *it->second;
         // A poem changed here stays: its save tells the user it is gone.
@@ -110,9 +108,9 @@ Result<bool> ArchiveContext::dropPoemsDeletedElsewhere()
         m_changed.erase(poem.m_key);
         poem.m_context = nullptr;
         it = m_byRowKey.erase(it);
-        dropped = true;
+        dropped.insert(poem.m_key);
     }
-    return dropped;
+    return {};
 }
 
 PoemPtr ArchiveContext::insertPoem()
@@ -165,6 +163,12 @@ PoemPtr ArchiveContext::poemWithObjectID(const QString &objectID) const
     bool ok = false;
     const qint64 key = QStringView(objectID).mid(prefix.size()).toLongLong(&ok);
     const auto found = ok ? m_poems.find(key) : m_poems.end();
+    return found == m_poems.end() ? nullptr : found->second;
+}
+
+PoemPtr ArchiveContext::poemWithKey(qint64 storeKey) const
+{
+    const auto found = m_poems.find(storeKey);
     return found == m_poems.end() ? nullptr : found->second;
 }
 
@@ -251,6 +255,10 @@ Result<void> ArchiveContext::save()
         write->reset(); // rolls back before memory takes the other versions as base
         for (const SaveStep &step : rebased)
             applySaveStep(step);
+        // What shows a re-based poem must show the other version, or a keystroke would
+        // write the old one back.
+        if (!rebased.empty())
+            Q_EMIT contextDidChange(keysOf(rebased));
         return error;
     };
 
@@ -352,7 +360,16 @@ void ArchiveContext::finishSave(const std::vector<SaveStep> &steps)
     m_deleted.clear();
     m_changed.clear();
     if (!steps.empty())
-        Q_EMIT contextDidChange();
+        Q_EMIT contextDidChange(keysOf(steps));
+}
+
+QSet<qint64> ArchiveContext::keysOf(const std::vector<SaveStep> &steps)
+{
+    QSet<qint64> keys;
+    keys.reserve(qsizetype(steps.size()));
+    for (const SaveStep &step : steps)
+        keys.insert(step.poem->m_key);
+    return keys;
 }
 
 Result<void> ArchiveContext::saveIfBatchFull()
@@ -364,8 +381,11 @@ Result<void> ArchiveContext::saveIfBatchFull()
 
 void ArchiveContext::rollback()
 {
-    for (auto &[key, poem] : m_deleted)
+    QSet<qint64> keys(m_changed.begin(), m_changed.end());
+    for (auto &[key, poem] : m_deleted) {
         m_poems.emplace(key, poem);
+        keys.insert(key);
+    }
     m_deleted.clear();
     for (const qint64 key : m_changed) {
         const auto found = m_poems.find(key);
@@ -379,7 +399,8 @@ void ArchiveContext::rollback()
         found->second->m_values = found->second->m_saved;
     }
     m_changed.clear();
-    Q_EMIT contextDidChange();
+    if (!keys.isEmpty())
+        Q_EMIT contextDidChange(keys);
 }
 
 void ArchiveContext::noteChanged(qint64 key)

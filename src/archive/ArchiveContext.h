@@ -6,6 +6,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QSet>
 
 #include <functional>
 #include <map>
@@ -41,8 +42,8 @@ public:
     Result<void> load();
     // Takes over what other processes stored since the last look: changed and new poems
     // come in, poems deleted for good go. A poem with unsaved changes here is left as it
-    // is; its next save merges. Emits contextDidChange and answers true when anything
-    // came in. Costs one query when nothing changed, so it can run on a timer.
+    // is; its next save merges. Emits contextDidChange with what came in and answers
+    // true when anything did. Costs one query when nothing changed, so it can run on a timer.
     Result<bool> refreshFromStore();
 
     PoemPtr insertPoem();
@@ -52,6 +53,8 @@ public:
     int count(const Predicate &predicate) const;
     PoemPtr poemWithObjectID(const QString &objectID) const;
     PoemPtr poemWithID(const QUuid &id) const;
+    // Null when the poem is gone (deleted for good, or not saved and rolled back).
+    PoemPtr poemWithKey(qint64 storeKey) const;
 
     bool hasChanges() const;
     Result<void> save();
@@ -67,17 +70,21 @@ public:
     PoemStore &store() const { return *m_store; }
 
 Q_SIGNALS:
-    // After a save that wrote something, or a rollback: views re-read what they show.
-    void contextDidChange();
+    // The one notice of a change of poems, whoever made it: after a save that wrote
+    // something (or re-based poems another process changed), a rollback or a refresh
+    // that took something over. Carries the store keys of every poem that changed, came
+    // or went; views re-read those and need not be told by the operation itself.
+    void contextDidChange(const QSet<qint64> &poemKeys);
 
 private:
     friend class Poem;
     struct SaveStep;
     void noteChanged(qint64 key);
     void registerStored(PoemStore::Row row);
-    Result<bool> dropPoemsDeletedElsewhere();
+    Result<void> dropPoemsDeletedElsewhere(QSet<qint64> &dropped);
     void applySaveStep(const SaveStep &step);
     void finishSave(const std::vector<SaveStep> &steps);
+    static QSet<qint64> keysOf(const std::vector<SaveStep> &steps);
 
     std::unique_ptr<PoemStore> m_store;
     std::map<qint64, PoemPtr> m_poems;   // registered, not deleted

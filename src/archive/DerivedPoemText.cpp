@@ -30,7 +30,7 @@ void DerivedPoemText::refresh(const Poem &poem, CategoryNameTable &categories)
     const QString &titleKey = orEmpty(poem.titleNormalized());
     const QString &text = orEmpty(poem.text());
     const QString &category = orEmpty(poem.category());
-    if (m_searchValid && sameText(m_titleSource, title) && sameText(m_titleKeySource, titleKey) &&
+    if (m_sourcesValid && sameText(m_titleSource, title) && sameText(m_titleKeySource, titleKey) &&
         sameText(m_textSource, text) && sameText(m_categorySource, category))
         return;
 
@@ -38,10 +38,20 @@ void DerivedPoemText::refresh(const Poem &poem, CategoryNameTable &categories)
     m_titleKeySource = titleKey;
     m_textSource = text;
     m_categorySource = category;
-    const QByteArray foldedTitle = TextComparison::folded(title).toUtf8();
-    const QByteArray foldedText = TextComparison::folded(text).toUtf8();
-    const QByteArray foldedCategory = TextComparison::folded(category).toUtf8();
-    const QByteArray foldedTitleKey = TextComparison::folded(titleKey).toUtf8();
+    m_hasUsableText = PoemRowText::hasUsableText(text);
+    m_categoryId = categories.idOf(category.trimmed());
+    m_sourcesValid = true;
+    m_foldedValid = false;
+}
+
+void DerivedPoemText::fold()
+{
+    if (m_foldedValid)
+        return;
+    const QByteArray foldedTitle = TextComparison::folded(m_titleSource).toUtf8();
+    const QByteArray foldedText = TextComparison::folded(m_textSource).toUtf8();
+    const QByteArray foldedCategory = TextComparison::folded(m_categorySource).toUtf8();
+    const QByteArray foldedTitleKey = TextComparison::folded(m_titleKeySource).toUtf8();
     m_folded.clear();
     m_folded.reserve(foldedTitle.size() + foldedText.size() + foldedCategory.size() + foldedTitleKey.size() + 3);
     m_folded.append(foldedTitle).append('\0');
@@ -52,10 +62,7 @@ void DerivedPoemText::refresh(const Poem &poem, CategoryNameTable &categories)
     m_titleKeyStart = m_folded.size();
     m_folded.append(foldedTitleKey);
     m_folded.squeeze();
-
-    m_hasUsableText = PoemRowText::hasUsableText(text);
-    m_categoryId = categories.idOf(category.trimmed());
-    m_searchValid = true;
+    m_foldedValid = true;
 }
 
 // The fields are separated by NUL, which no needle holds, so no match spans two fields.

@@ -11,14 +11,19 @@ class CategoryNameTable;
 class Poem;
 
 // What the library derives from one poem on every rebuild. The search fields are folded
-// once into one UTF-8 buffer, so a search reads one contiguous block per poem; the row
-// texts are derived when a row is first shown. Everything is derived again only when
-// the field it comes from has changed.
+// once into one UTF-8 buffer, so a search reads one contiguous block per poem; they are
+// folded when first searched (or ahead, while the window waits for input), the row texts
+// when a row is first shown. Everything is derived again only when the field it comes
+// from has changed.
 class DerivedPoemText {
 public:
-    // Brings the search fields and the category in step with the poem; cheap when
-    // nothing changed, since unchanged fields still share their buffers with the poem.
+    // Brings the category and the text flag in step with the poem; cheap when nothing
+    // changed, since unchanged fields still share their buffers with the poem. A changed
+    // field leaves the search fields to be folded again.
     void refresh(const Poem &poem, CategoryNameTable &categories);
+    // Folds the search fields unless they are up to date; the searches below need it.
+    void fold();
+    bool isFolded() const { return m_foldedValid; }
 
     bool hasUsableText() const { return m_hasUsableText; }
     int categoryId() const { return m_categoryId; }
@@ -61,7 +66,8 @@ private:
     qsizetype m_titleKeyStart = 0;
     int m_categoryId = -1;
     bool m_hasUsableText = false;
-    bool m_searchValid = false;
+    bool m_sourcesValid = false;
+    bool m_foldedValid = false;
 
     // Read when rows are built or sorted.
     Slot<QString> m_rowTitle;

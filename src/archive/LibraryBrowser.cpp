@@ -92,73 +92,117 @@ int LibraryBrowser::refreshTrashCount()
     return m_counts.trashCount;
 }
 
+LibraryBrowser::Filters LibraryBrowser::currentFilters() const
+{
+    return Filters{searchText.trimmed(), searchMode, sidebarScope, sortMode, selectedCategory};
+}
+
+LibraryBrowser::Listing &LibraryBrowser::listingSlot(qint64 storeKey)
+{
+    if (size_t(storeKey) >= m_listings.size())
+        m_listings.resize(size_t(storeKey) + 1 + m_listings.size() / 8);
+    return m_listings[size_t(storeKey)];
+}
+
+// The filters of the last rebuild decide, not the fields, which may be changing.
+LibraryBrowser::Listing LibraryBrowser::listingOf(const Poem &poem, DerivedPoemText *derived) const
+{
+    Listing listing;
+    listing.known = true;
+    listing.live = !poem.isInTrash();
+    if (!listing.live)
+        return listing;
+    DerivedPoemText &texts = derived ? *derived : m_cache.entry(poem);
+    listing.categoryId = texts.categoryId();
+    listing.hasText = texts.hasUsableText();
+    listing.published = poem.isPublished();
+    listing.podcast = poem.inPodcast();
+    listing.inCategory = !m_builtFor.category || m_cache.categories().name(listing.categoryId) == *m_builtFor.category;
+    listing.inScope = inScope(poem, texts, m_builtFor.scope);
+    listing.matches = m_builtFor.search.isEmpty() || matchesSearch(texts, m_needles);
+    return listing;
+}
+
+void LibraryBrowser::count(const Listing &listing, int sign)
+{
+    if (!listing.known)
+        return;
+    if (!listing.live) {
+        m_counts.trashCount += sign;
+        return;
+    }
+    m_counts.activePoemCount += sign;
+    m_counts.missingTextCount += listing.hasText ? 0 : sign;
+    m_counts.publishedCount += listing.published ? sign : 0;
+    m_counts.podcastCount += listing.podcast ? sign : 0;
+    if (size_t(listing.categoryId) >= m_countsByCategoryId.size())
+        m_countsByCategoryId.resize(size_t(listing.categoryId) + 1, 0);
+    m_countsByCategoryId[size_t(listing.categoryId)] += sign;
+    if (!listing.inCategory)
+        return;
+    m_scopeTotal += listing.inScope ? sign : 0;
+    if (!listing.matches)
+        return;
+    m_counts.scopedActivePoemCount += sign;
+    m_counts.scopedMissingTextCount += listing.hasText ? 0 : sign;
+    m_counts.scopedPublishedCount += listing.published ? sign : 0;
+    m_counts.scopedPodcastCount += listing.podcast ? sign : 0;
+}
+
+void LibraryBrowser::rebuildCategoryFilters()
+{
+    QHash<QString, int> countsByCategory;
+    for (size_t id = 0; id < m_countsByCategoryId.size(); ++id) {
+        if (m_countsByCategoryId[id] > 0)
+            countsByCategory.insert(m_cache.categories().name(int(id)), m_countsByCategoryId[id]);
+    }
+    m_categoryFilters = filtersFromCounts(countsByCategory, m_spelling);
+}
+
 void LibraryBrowser::reloadRows()
 {
-    LibraryCounts counts;
+    m_spelling = m_configuredCategories.value_or(AppPreferences::poemCategories());
     const QList<PoemPtr> all = m_context.fetch();
-    std::vector<const PoemPtr *> live;
-    live.reserve(size_t(all.size()));
-    for (const PoemPtr &poem : all) {
-        if (poem->isInTrash())
-            ++counts.trashCount;
-        else
-            live.push_back(&poem);
+    // The vanished category is found from the poems' own categories, before any filter.
+    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
+    std::vector<DerivedPoemText *> derived(size_t(all.size()), nullptr);
+    qsizetype position = 0;
+    for (qsizetype i = 0; i < all.size(); ++i) {
+        const Poem &poem = *all.at(i);
+        if (poem.isInTrash())
+            continue;
+        DerivedPoemText &texts = m_cache.entryAt(position++, poem);
+        derived[size_t(i)] = &texts;
+        if (size_t(texts.categoryId()) >= m_countsByCategoryId.size())
+            m_countsByCategoryId.resize(size_t(texts.categoryId()) + 1, 0);
+        m_countsByCategoryId[size_t(texts.categoryId())] += 1;
     }
-
-    counts.activePoemCount = int(live.size());
-    std::vector<DerivedPoemText *> derived;
-    derived.reserve(size_t(live.size()));
-    std::vector<int> countsByCategoryId;
-    for (size_t i = 0; i < live.size(); ++i) {
-        const PoemPtr &poem = *live[i];
-        DerivedPoemText &texts = m_cache.entryAt(qsizetype(i), *poem);
-        derived.push_back(&texts);
-        counts.missingTextCount += texts.hasUsableText() ? 0 : 1;
-        counts.publishedCount += poem->isPublished() ? 1 : 0;
-        counts.podcastCount += poem->inPodcast() ? 1 : 0;
-        if (size_t(texts.categoryId()) >= countsByCategoryId.size())
-            countsByCategoryId.resize(size_t(texts.categoryId()) + 1, 0);
-        countsByCategoryId[size_t(texts.categoryId())] += 1;
-    }
-
-    QHash<QString, int> countsByCategory;
-    for (size_t id = 0; id < countsByCategoryId.size(); ++id) {
-        if (countsByCategoryId[id] > 0)
-            countsByCategory.insert(m_cache.categories().name(int(id)), countsByCategoryId[id]);
-    }
-    m_categoryFilters =
-        filtersFromCounts(countsByCategory, m_configuredCategories.value_or(AppPreferences::poemCategories()));
+    rebuildCategoryFilters();
     resetVanishedCategory();
-    const int selectedCategoryId = selectedCategory ? m_cache.categories().find(*selectedCategory) : -1;
 
-    const QString trimmed = searchText.trimmed();
-    const bool searching = !trimmed.isEmpty();
-    const SearchNeedles needles{searchNeedle(trimmed), searchNeedle(normalize(trimmed))};
+    m_builtFor = currentFilters();
+    m_built = true;
+    m_needles = SearchNeedles{searchNeedle(m_builtFor.search), searchNeedle(normalize(m_builtFor.search))};
+    m_counts = LibraryCounts{};
+    m_scopeTotal = 0;
+    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
+    m_listings.assign(all.isEmpty() ? 0 : size_t(all.constLast()->storeKey()) + 1, Listing{});
 
     std::vector<Candidate> candidates;
-    candidates.reserve(size_t(live.size()));
-    int scopeTotal = 0;
-    for (size_t i = 0; i < live.size(); ++i) {
-        const Poem &poem = **live[i];
-        DerivedPoemText &texts = *derived[i];
-        if (selectedCategory && texts.categoryId() != selectedCategoryId)
-            continue;
-        const bool inCurrentScope = inScope(poem, texts, sidebarScope);
-        scopeTotal += inCurrentScope ? 1 : 0;
-        if (searching && !matchesSearch(texts, needles))
-            continue;
-        const bool hasText = texts.hasUsableText();
-        counts.scopedActivePoemCount += 1;
-        counts.scopedMissingTextCount += hasText ? 0 : 1;
-        counts.scopedPublishedCount += poem.isPublished() ? 1 : 0;
-        counts.scopedPodcastCount += poem.inPodcast() ? 1 : 0;
-        if (!inCurrentScope)
+    candidates.reserve(size_t(all.size()));
+    for (qsizetype i = 0; i < all.size(); ++i) {
+        const Poem &poem = *all.at(i);
+        Listing listing = listingOf(poem, derived[size_t(i)]);
+        count(listing, 1);
+        listing.row = listing.listed() ? &poem : nullptr;
+        listingSlot(poem.storeKey()) = listing;
+        if (!listing.listed())
             continue;
         Candidate candidate;
         candidate.poem = &poem;
-        candidate.derived = &texts;
-        candidate.storeOrder = qsizetype(i);
-        candidate.hasText = hasText;
+        candidate.derived = derived[size_t(i)];
+        candidate.storeOrder = i;
+        candidate.hasText = listing.hasText;
         candidates.push_back(candidate);
     }
 
@@ -167,15 +211,188 @@ void LibraryBrowser::reloadRows()
     QList<PoemPtr> rowPoems;
     rowPoems.reserve(qsizetype(candidates.size()));
     for (const Candidate &candidate : candidates)
-        rowPoems.append(*live[size_t(candidate.storeOrder)]);
+        rowPoems.append(all.at(candidate.storeOrder));
 
     m_rowPoems = std::move(rowPoems);
-    m_rowMemo.assign(candidates.size(), std::nullopt);
+    m_rowMemo.clear();
     m_allRows.reset();
-    m_counts = counts;
-    m_summarySearch = trimmed;
-    m_scopeTotal = scopeTotal;
-    m_cache.pruneUnused(int(live.size()));
+    m_summarySearch = m_builtFor.search;
+    m_cache.pruneUnused(int(position));
+    m_preparePosition = 0;
+}
+
+bool LibraryBrowser::prepareSearch(qsizetype count)
+{
+    if (m_preparePosition < 0)
+        return true;
+    m_preparePosition = m_cache.foldFrom(m_preparePosition, count);
+    return m_preparePosition < 0;
+}
+
+bool LibraryBrowser::applyChanges(const QSet<qint64> &poemKeys, LibraryRowListener &listener)
+{
+    if (poemKeys.isEmpty())
+        return false;
+    const bool filtersChanged = currentFilters() != m_builtFor;
+    if (!m_built || filtersChanged || poemKeys.size() > incrementalLimit) {
+        listener.rowsAboutToBeReset();
+        reloadRows();
+        listener.rowsReset();
+        return true;
+    }
+    if (poemKeys.size() == 1) {
+        movePoem(*poemKeys.cbegin(), listener);
+    } else {
+        // Each place is searched among rows that are all in order: the changed ones leave
+        // first, since their old places no longer follow the sort.
+        std::vector<PoemPtr> toPlace;
+        for (const qint64 key : poemKeys) {
+            const Relisting relisted = relist(key);
+            removeRow(rowOf(relisted.listedBefore), listener);
+            if (relisted.poem)
+                toPlace.push_back(relisted.poem);
+        }
+        for (const PoemPtr &poem : toPlace)
+            insertRow(poem, sortedPlace(*poem, -1), listener);
+    }
+    rebuildCategoryFilters();
+    if (selectedCategory) {
+        resetVanishedCategory();
+        if (!selectedCategory) {
+            listener.rowsAboutToBeReset();
+            reloadRows();
+            listener.rowsReset();
+        }
+    }
+    return true;
+}
+
+LibraryBrowser::Relisting LibraryBrowser::relist(qint64 storeKey)
+{
+    Listing &slot = listingSlot(storeKey);
+    const Listing before = slot;
+    PoemPtr poem = m_context.poemWithKey(storeKey);
+    Listing after = poem ? listingOf(*poem, nullptr) : Listing{};
+    count(before, -1);
+    count(after, 1);
+    after.row = after.listed() ? poem.get() : nullptr;
+    slot = after;
+    m_allRows.reset();
+    m_rowMemo.erase(storeKey);
+    return Relisting{before.row, after.listed() ? std::move(poem) : nullptr};
+}
+
+// By the pointer the rows hold, which keeps the poem alive: no poem is read on the way.
+qsizetype LibraryBrowser::rowOf(const Poem *listed) const
+{
+    if (!listed)
+        return -1;
+    const auto found = std::find_if(m_rowPoems.cbegin(), m_rowPoems.cend(),
+                                    [listed](const PoemPtr &row) { return row.get() == listed; });
+    return found == m_rowPoems.cend() ? -1 : qsizetype(found - m_rowPoems.cbegin());
+}
+
+void LibraryBrowser::removeRow(qsizetype row, LibraryRowListener &listener)
+{
+    if (row < 0)
+        return;
+    listener.rowAboutToBeRemoved(row);
+    m_rowPoems.removeAt(row);
+    listener.rowRemoved();
+}
+
+void LibraryBrowser::insertRow(const PoemPtr &poem, qsizetype row, LibraryRowListener &listener)
+{
+    listener.rowAboutToBeInserted(row);
+    m_rowPoems.insert(row, poem);
+    listener.rowInserted();
+}
+
+// One changed poem keeps its row and moves it, so a view keeps its selection on it.
+void LibraryBrowser::movePoem(qint64 storeKey, LibraryRowListener &listener)
+{
+    const Relisting relisted = relist(storeKey);
+    const qsizetype from = rowOf(relisted.listedBefore);
+    if (!relisted.poem) {
+        removeRow(from, listener);
+        return;
+    }
+    const qsizetype to = sortedPlace(*relisted.poem, from);
+    if (from < 0) {
+        insertRow(relisted.poem, to, listener);
+        return;
+    }
+    if (to != from) {
+        // Before the row it goes in front of, counted with the poem still in its old place.
+        listener.rowAboutToBeMoved(from, to > from ? to + 1 : to);
+        m_rowPoems.move(from, to);
+        listener.rowMoved();
+    }
+    listener.rowChanged(to);
+}
+
+// The place among the rows, the poem's own row at skipped (or -1) left out.
+qsizetype LibraryBrowser::sortedPlace(const Poem &poem, qsizetype skipped) const
+{
+    const qsizetype others = m_rowPoems.size() - (skipped >= 0 ? 1 : 0);
+    qsizetype low = 0;
+    qsizetype high = others;
+    while (low < high) {
+        const qsizetype middle = low + (high - low) / 2;
+        const qsizetype row = skipped >= 0 && middle >= skipped ? middle + 1 : middle;
+        if (sortsBefore(*m_rowPoems.at(row), poem))
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return low;
+}
+
+// The order of sortCandidates, for two poems; the store's order is the order of the keys.
+bool LibraryBrowser::sortsBefore(const Poem &a, const Poem &b) const
+{
+    const auto byStampThenStore = [&a, &b](qint64 stampA, qint64 stampB) {
+        if (stampA != stampB)
+            return stampA > stampB;
+        return a.storeKey() < b.storeKey();
+    };
+    const auto byTitleKey = [this, &a, &b] {
+        return m_cache.entry(a).titleSortKey(a).compare(m_cache.entry(b).titleSortKey(b));
+    };
+    switch (m_builtFor.sort) {
+    case PoemSortMode::recentlyChanged:
+        return byStampThenStore(stampOf(a.updatedAt()), stampOf(b.updatedAt()));
+    case PoemSortMode::date:
+        return byStampThenStore(stampOf(a.date()), stampOf(b.date()));
+    case PoemSortMode::title: {
+        const int byKey = compareOptional(a.titleNormalized(), b.titleNormalized());
+        return byKey != 0 ? byKey < 0 : a.storeKey() < b.storeKey();
+    }
+    case PoemSortMode::missingTextFirst: {
+        const bool textA = m_cache.entry(a).hasUsableText();
+        const bool textB = m_cache.entry(b).hasUsableText();
+        if (textA != textB)
+            return !textA;
+        const int byTitle = byTitleKey();
+        return byTitle != 0 ? byTitle < 0 : byStampThenStore(stampOf(a.updatedAt()), stampOf(b.updatedAt()));
+    }
+    case PoemSortMode::category: {
+        const QString &nameA = m_cache.categories().name(m_cache.entry(a).categoryId());
+        const QString &nameB = m_cache.categories().name(m_cache.entry(b).categoryId());
+        if (nameA.isEmpty() != nameB.isEmpty())
+            return nameB.isEmpty();
+        if (const int byName = TextComparison::localizedStandardCompare(nameA, nameB); byName != 0)
+            return byName < 0;
+        if (const int byTitle = byTitleKey(); byTitle != 0)
+            return byTitle < 0;
+        if (const int byCategory = compareOptional(a.category(), b.category()); byCategory != 0)
+            return byCategory < 0;
+        if (const int byKey = compareOptional(a.titleNormalized(), b.titleNormalized()); byKey != 0)
+            return byKey < 0;
+        return a.storeKey() < b.storeKey();
+    }
+    }
+    return false;
 }
 
 void LibraryBrowser::resetVanishedCategory()
@@ -188,9 +405,10 @@ void LibraryBrowser::resetVanishedCategory()
         selectedCategory.reset();
 }
 
-bool LibraryBrowser::matchesSearch(const DerivedPoemText &derived, const SearchNeedles &needles) const
+bool LibraryBrowser::matchesSearch(DerivedPoemText &derived, const SearchNeedles &needles) const
 {
-    switch (searchMode) {
+    derived.fold();
+    switch (m_builtFor.mode) {
     case SearchMode::title:
         return derived.titleContains(needles.text) || derived.titleKeyContains(needles.titleKey);
     case SearchMode::text:
@@ -227,7 +445,7 @@ void LibraryBrowser::sortCandidates(std::vector<Candidate> &candidates) const
             return a.stamp > b.stamp;
         return a.storeOrder < b.storeOrder;
     };
-    switch (sortMode) {
+    switch (m_builtFor.sort) {
     case PoemSortMode::recentlyChanged:
         for (Candidate &candidate : candidates)
             candidate.stamp = stampOf(candidate.poem->updatedAt());
@@ -299,19 +517,16 @@ int LibraryBrowser::compareTitleKeys(const Candidate &a, const Candidate &b)
 {
     if (a.titlePrefix != b.titlePrefix)
         return a.titlePrefix < b.titlePrefix ? -1 : 1;
-    if (a.titlePrefixNext != b.titlePrefixNext)
-        return a.titlePrefixNext < b.titlePrefixNext ? -1 : 1;
     return a.titleKey->compare(*b.titleKey);
 }
 
 const PoemRow &LibraryBrowser::row(qsizetype index) const
 {
-    std::optional<PoemRow> &memo = m_rowMemo[size_t(index)];
-    if (!memo) {
-        const Poem &poem = *m_rowPoems.at(index);
-        memo = makeRow(poem, m_cache.entry(poem));
-    }
-    return *memo;
+    const Poem &poem = *m_rowPoems.at(index);
+    const auto memo = m_rowMemo.find(poem.storeKey());
+    if (memo != m_rowMemo.end())
+        return memo->second;
+    return m_rowMemo.emplace(poem.storeKey(), makeRow(poem, m_cache.entry(poem))).first->second;
 }
 
 const QList<PoemRow> &LibraryBrowser::rows() const
@@ -431,7 +646,6 @@ LibraryBrowser::ActionOutcome LibraryBrowser::addPoem(const QDateTime &now)
     outcome.poem = PoemFactory::makeNewPoem(m_context, now);
     outcome.saveError = m_context.save().errorMessage();
     selectedPoemObjectID = outcome.poem->objectID();
-    reloadRows();
     return outcome;
 }
 
@@ -443,7 +657,6 @@ LibraryBrowser::ActionOutcome LibraryBrowser::duplicatePoem(const PoemPtr &sourc
     outcome.poem = PoemFactory::makeDuplicate(m_context, *source, now);
     outcome.saveError = m_context.save().errorMessage();
     selectedPoemObjectID = outcome.poem->objectID();
-    reloadRows();
     outcome.statusText = tr("Gedicht dupliziert: %1").arg(outcome.poem->title().value_or(QString()));
     return outcome;
 }
@@ -459,7 +672,6 @@ LibraryBrowser::ActionOutcome LibraryBrowser::moveToTrash(const PoemPtr &poem, c
     outcome.saveError = m_context.save().errorMessage();
     if (selectedPoemObjectID == poem->objectID())
         selectedPoemObjectID.reset();
-    reloadRows();
     const QString title = poem->title().value_or(QString()).trimmed();
     outcome.statusText =
         tr("Gedicht in den Papierkorb verschoben: %1").arg(title.isEmpty() ? tr("(ohne Titel)") : title);

@@ -2,6 +2,7 @@
 
 #include "archive/CategoryFilter.h"
 #include "archive/LibraryCounts.h"
+#include "archive/LibraryRowListener.h"
 #include "archive/Poem.h"
 #include "archive/PoemRow.h"
 #include "archive/PoemSortMode.h"
@@ -13,9 +14,12 @@
 #include <QDateTime>
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <QStringList>
 
 #include <optional>
+#include <unordered_map>
+#include <vector>
 
 class ArchiveContext;
 
@@ -28,7 +32,8 @@ class LibraryBrowser {
 public:
     explicit LibraryBrowser(ArchiveContext &context);
 
-    // The outcome of a list action: the poem it made or moved and the status line. A failed
+    // The outcome of a list action: the poem it made or moved and the status line. The rows
+    // follow through applyChanges with the context's notice of the save. A failed
     // save is not reported to the user (the changes stay and go with the next save), but
     // callers that must not claim success can read saveError.
     struct ActionOutcome {
@@ -46,6 +51,18 @@ public:
 
     // Rebuilds the counts, the category filters and the rows from the context.
     void reloadRows();
+    // Takes over changed poems (the keys the context announced) without reading every
+    // poem again: each changed poem leaves its row and takes its sorted place, counts and
+    // category filters change by the difference. When the filters were changed since the
+    // last rebuild, or a selected category vanishes, or many poems changed, it rebuilds.
+    // Answers whether anything the rows, counts or filters show has changed.
+    bool applyChanges(const QSet<qint64> &poemKeys, LibraryRowListener &listener);
+    // Beyond this many changed poems one rebuild is cheaper than placing each.
+    static constexpr qsizetype incrementalLimit = 256;
+    // Prepares the search fields of up to count more poems, so that the first search does
+    // not wait for all of them; answers true once every poem is prepared. Searching before
+    // that is right, only slower.
+    bool prepareSearch(qsizetype count);
     // The configured category names that decide the filters' spelling; read from the
     // preferences unless set (the command line and the tests set them).
     void setConfiguredCategories(std::optional<QStringList> categories)
@@ -87,9 +104,8 @@ private:
         qint64 stamp = 0; // msecs of the date the store sorts by; nil sorts lowest
         int categoryRank = 0;
         const QByteArray *titleKey = nullptr;
-        // The key's first sixteen bytes, so most comparisons stay in the candidate.
+        // The key's first eight bytes, so most comparisons stay in the candidate.
         quint64 titlePrefix = 0;
-        quint64 titlePrefixNext = 0;
         bool hasText = false;
     };
 
@@ -98,10 +114,54 @@ private:
         QByteArray titleKey; // for titleNormalized: the search text's own title key
     };
 
-    bool matchesSearch(const DerivedPoemText &derived, const SearchNeedles &needles) const;
+    // What the rows were last rebuilt for; a change of any of it needs a rebuild.
+    struct Filters {
+        QString search;
+        SearchMode mode = SearchMode::title;
+        SidebarScope scope = SidebarScope::archive;
+        PoemSortMode sort = PoemSortMode::recentlyChanged;
+        std::optional<QString> category;
+        bool operator==(const Filters &other) const = default;
+    };
+
+    // Where one poem counts and whether it has a row, as of the last time it was looked at.
+    struct Listing {
+        const Poem *row = nullptr; // while it has a row, which keeps the poem alive
+        int categoryId = -1;
+        bool known = false;
+        bool live = false;
+        bool hasText = false;
+        bool published = false;
+        bool podcast = false;
+        bool inCategory = false;
+        bool inScope = false;
+        bool matches = false;
+        bool listed() const { return live && inCategory && matches && inScope; }
+    };
+
+    Filters currentFilters() const;
+    bool matchesSearch(DerivedPoemText &derived, const SearchNeedles &needles) const;
     bool inScope(const Poem &poem, DerivedPoemText &derived, SidebarScope scope) const;
+    // derived: the poem's entry when the caller has it, else null.
+    Listing listingOf(const Poem &poem, DerivedPoemText *derived) const;
+    void count(const Listing &listing, int sign);
+    Listing &listingSlot(qint64 storeKey);
+    void rebuildCategoryFilters();
     void sortCandidates(std::vector<Candidate> &candidates) const;
     void sortByCategory(std::vector<Candidate> &candidates) const;
+    bool sortsBefore(const Poem &a, const Poem &b) const;
+    qsizetype sortedPlace(const Poem &poem, qsizetype skipped) const;
+    // A changed poem's counts taken over: whether it had a row, and the poem when it
+    // has one now.
+    struct Relisting {
+        const Poem *listedBefore = nullptr;
+        PoemPtr poem;
+    };
+    Relisting relist(qint64 storeKey);
+    qsizetype rowOf(const Poem *listed) const;
+    void removeRow(qsizetype row, LibraryRowListener &listener);
+    void insertRow(const PoemPtr &poem, qsizetype row, LibraryRowListener &listener);
+    void movePoem(qint64 storeKey, LibraryRowListener &listener);
     static PoemRow makeRow(const Poem &poem, DerivedPoemText &derived);
     static int compareTitleKeys(const Candidate &a, const Candidate &b);
     void resetVanishedCategory();
@@ -112,10 +172,17 @@ private:
     mutable PoemTextCache m_cache;
     std::optional<QStringList> m_configuredCategories;
     QList<PoemPtr> m_rowPoems;
-    mutable std::vector<std::optional<PoemRow>> m_rowMemo;
+    mutable std::unordered_map<qint64, PoemRow> m_rowMemo; // by store key
     mutable std::optional<QList<PoemRow>> m_allRows;
     QList<CategoryFilter> m_categoryFilters;
     LibraryCounts m_counts;
     QString m_summarySearch; // the trimmed search text of the last rebuild
     int m_scopeTotal = 0;    // poems in the scope and category, search aside
+    Filters m_builtFor;
+    bool m_built = false;
+    SearchNeedles m_needles;
+    QStringList m_spelling; // the configured names the filters were spelled with
+    std::vector<int> m_countsByCategoryId;
+    std::vector<Listing> m_listings; // by store key
+    qsizetype m_preparePosition = 0;
 };

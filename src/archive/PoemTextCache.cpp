@@ -2,6 +2,8 @@
 
 #include "archive/Poem.h"
 
+#include <algorithm>
+
 DerivedPoemText &PoemTextCache::entry(const Poem &poem)
 {
     DerivedPoemText &found = m_entries[poem.storeKey()];
@@ -24,6 +26,16 @@ DerivedPoemText &PoemTextCache::entryAt(qsizetype position, const Poem &poem)
         m_walk.resize(index + 1, Known{-1, nullptr});
     m_walk[index] = Known{poem.storeKey(), &found};
     return found;
+}
+
+qsizetype PoemTextCache::foldFrom(qsizetype position, qsizetype count)
+{
+    const qsizetype end = std::min(qsizetype(m_walk.size()), position + count);
+    for (qsizetype i = position; i < end; ++i) {
+        if (m_walk[size_t(i)].entry)
+            m_walk[size_t(i)].entry->fold();
+    }
+    return end >= qsizetype(m_walk.size()) ? -1 : end;
 }
 
 void PoemTextCache::pruneUnused(int livePoemCount)

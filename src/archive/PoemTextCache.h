@@ -20,6 +20,9 @@ public:
     // in that order, which rarely changes, so the previous walk usually knows the entry.
     DerivedPoemText &entryAt(qsizetype position, const Poem &poem);
     const CategoryNameTable &categories() const { return m_categories; }
+    // Folds the search fields of the last walk's entries from position on, at most count
+    // of them; answers the position to go on from, or -1 when the walk is done.
+    qsizetype foldFrom(qsizetype position, qsizetype count);
     // Forgets poems not looked at since the previous call, once they pile up.
     void pruneUnused(int livePoemCount);
     qsizetype size() const { return qsizetype(m_entries.size()); }

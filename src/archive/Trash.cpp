@@ -2,8 +2,7 @@
 
 #include "archive/ArchiveContext.h"
 
-Trash::Trash(ArchiveContext &context, StatusCallback onStatus, ChangeCallback onChanged)
-    : m_context(context), m_onStatus(std::move(onStatus)), m_onChanged(std::move(onChanged))
+Trash::Trash(ArchiveContext &context, StatusCallback onStatus) : m_context(context), m_onStatus(std::move(onStatus))
 {
 }
 
@@ -69,7 +68,5 @@ Result<QString> Trash::saveChanges(const QString &status)
     }
     if (m_onStatus)
         m_onStatus(status);
-    if (m_onChanged)
-        m_onChanged();
     return status;
 }

@@ -19,9 +19,9 @@ class Trash {
 
 public:
     using StatusCallback = std::function<void(const QString &)>;
-    using ChangeCallback = std::function<void()>;
 
-    explicit Trash(ArchiveContext &context, StatusCallback onStatus = {}, ChangeCallback onChanged = {});
+    // Views follow through the context's change notice.
+    explicit Trash(ArchiveContext &context, StatusCallback onStatus = {});
 
     // Most recently trashed first.
     QList<PoemPtr> poems() const;
@@ -41,5 +41,4 @@ private:
 
     ArchiveContext &m_context;
     StatusCallback m_onStatus;
-    ChangeCallback m_onChanged;
 };

@@ -150,6 +150,16 @@ private Q_SLOTS:
         // Checking again replaces the window rather than stacking a second one.
         operations->analysis()->duplicateCheckAction()->trigger();
         QTRY_COMPARE(window.findChildren<DuplicateReportWindow *>().size(), 1);
+
+        // The open report follows the archive, quietly: a renamed copy is no duplicate.
+        const QString status = window.statusText();
+        copy->setTitle(QStringLiteral("Nachtlied"));
+        copy->setTitleNormalized(normalize(QStringLiteral("Nachtlied")));
+        QVERIFY(context().save().ok());
+        QTRY_VERIFY(operations->analysis()->duplicateReportWindow() &&
+                    !operations->analysis()->duplicateReportWindow()->findingsTree());
+        QTRY_COMPARE(window.findChildren<DuplicateReportWindow *>().size(), 1);
+        QCOMPARE(window.statusText(), status);
     }
 
     void reportWithoutFindingsSaysSo()

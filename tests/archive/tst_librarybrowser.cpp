@@ -5,6 +5,7 @@
 #include "archive/TextComparison.h"
 #include "matching/TitleKey.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
 namespace {
@@ -52,6 +53,76 @@ QStringList titles(const LibraryBrowser &browser)
     for (const PoemRow &row : browser.rows())
         result.append(row.title);
     return result;
+}
+
+QStringList objectIDs(const LibraryBrowser &browser)
+{
+    QStringList result;
+    for (const PoemRow &row : browser.rows())
+        result.append(row.objectID);
+    return result;
+}
+
+// Follows the rows only by the steps the browser announces, as an item model does, and
+// checks that each step is announced while the rows still are as announced.
+class RowMirror : public LibraryRowListener {
+public:
+    explicit RowMirror(const LibraryBrowser &browser) : m_browser(browser), ids(objectIDs(browser)) {}
+
+    void rowsReset() override { ids = objectIDs(m_browser); }
+    void rowAboutToBeInserted(qsizetype row) override
+    {
+        faults += row < 0 || row > ids.size() ? 1 : 0;
+        m_inserting = row;
+    }
+    void rowInserted() override { ids.insert(m_inserting, m_browser.row(m_inserting).objectID); }
+    void rowAboutToBeRemoved(qsizetype row) override
+    {
+        faults += m_browser.row(row).objectID != ids.value(row) ? 1 : 0;
+        ids.removeAt(row);
+    }
+    void rowAboutToBeMoved(qsizetype from, qsizetype before) override
+    {
+        faults += m_browser.row(from).objectID != ids.value(from) || before == from || before == from + 1 ? 1 : 0;
+        ids.move(from, before > from ? before - 1 : before);
+    }
+    void rowChanged(qsizetype row) override { faults += m_browser.row(row).objectID != ids.value(row) ? 1 : 0; }
+
+    const LibraryBrowser &m_browser;
+    QStringList ids;
+    int faults = 0;
+
+private:
+    qsizetype m_inserting = -1;
+};
+
+// Small vocabularies, so that sort keys tie and categories come and go.
+const QStringList sampleTitles = {"Abend", "abend",    "Äbend", "Wald",  "Waldweg",
+                                  "Ufer",  "Zypresse", "",      "Ab 10", "Ab 9"};
+const QStringList sampleTexts = {"", "  ", "Im Wald", "Am Ufer ab", "Zeilen"};
+const QList<std::optional<QString>> sampleCategories = {std::nullopt,
+                                                        QString(),
+                                                        QStringLiteral("Natur"),
+                                                        QStringLiteral(" natur "),
+                                                        QStringLiteral("Stadt"),
+                                                        QStringLiteral("Liebeslyrik")};
+
+template <typename T> const T &pick(QRandomGenerator &random, const QList<T> &from)
+{
+    return from.at(random.bounded(int(from.size())));
+}
+
+void fillRandomly(Poem &poem, QRandomGenerator &random)
+{
+    const QString title = pick(random, sampleTitles);
+    poem.setTitle(title);
+    poem.setTitleNormalized(random.bounded(4) == 0 ? std::nullopt : std::optional<QString>(normalize(title)));
+    poem.setText(random.bounded(5) == 0 ? std::nullopt : std::optional<QString>(pick(random, sampleTexts)));
+    poem.setCategory(pick(random, sampleCategories));
+    poem.setPublished(random.bounded(2) == 1);
+    poem.setInPodcast(random.bounded(3) == 1);
+    poem.setDate(random.bounded(3) == 0 ? std::nullopt : std::optional<QDateTime>(at(1 + random.bounded(4))));
+    poem.setUpdatedAt(at(1 + random.bounded(6)));
 }
 
 } // namespace
@@ -414,6 +485,10 @@ private Q_SLOTS:
         source->setWriterNotes(QStringLiteral("privat"));
         QVERIFY(context().save().ok());
 
+        LibraryRowListener unseen;
+        const QObject following;
+        connect(&context(), &ArchiveContext::contextDidChange, &following,
+                [&](const QSet<qint64> &keys) { browser().applyChanges(keys, unseen); });
         const auto added = browser().addPoem(at(10));
         QVERIFY(added.poem);
         QVERIFY(added.saveError.isEmpty());
@@ -437,6 +512,121 @@ private Q_SLOTS:
                  QStringLiteral("Gedicht in den Papierkorb verschoben: Herbst"));
         QCOMPARE(titles(browser()), QStringList{"Herbst Kopie"});
         QVERIFY(!context().hasChanges());
+    }
+
+    void incrementalRowsMatchARebuild_data()
+    {
+        QTest::addColumn<int>("sort");
+        QTest::addColumn<int>("scope");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<QString>("search");
+        QTest::addColumn<std::optional<QString>>("category");
+        const std::optional<QString> none;
+        QTest::newRow("recently changed") << int(PoemSortMode::recentlyChanged) << int(SidebarScope::archive)
+                                          << int(SearchMode::title) << QString() << none;
+        QTest::newRow("date, published") << int(PoemSortMode::date) << int(SidebarScope::published)
+                                         << int(SearchMode::title) << QString() << none;
+        QTest::newRow("title, title search") << int(PoemSortMode::title) << int(SidebarScope::archive)
+                                             << int(SearchMode::title) << QStringLiteral("ab") << none;
+        QTest::newRow("missing text first, without text")
+            << int(PoemSortMode::missingTextFirst) << int(SidebarScope::missingText) << int(SearchMode::title)
+            << QString() << none;
+        QTest::newRow("missing text first, text search")
+            << int(PoemSortMode::missingTextFirst) << int(SidebarScope::archive) << int(SearchMode::text)
+            << QStringLiteral("ab") << none;
+        QTest::newRow("category, search all") << int(PoemSortMode::category) << int(SidebarScope::archive)
+                                              << int(SearchMode::all) << QStringLiteral("wald") << none;
+        QTest::newRow("category Natur, podcast")
+            << int(PoemSortMode::recentlyChanged) << int(SidebarScope::podcast) << int(SearchMode::category)
+            << QStringLiteral("nat") << std::optional<QString>(QStringLiteral("Natur"));
+        QTest::newRow("without category") << int(PoemSortMode::category) << int(SidebarScope::archive)
+                                          << int(SearchMode::title) << QString() << std::optional<QString>(QString());
+    }
+
+    // Thousands of random edits, trashes, restores, deletions, imports and rollbacks: the
+    // rows, counts and filters taken over poem by poem are those of a full rebuild.
+    void incrementalRowsMatchARebuild()
+    {
+        QFETCH(int, sort);
+        QFETCH(int, scope);
+        QFETCH(int, mode);
+        QFETCH(QString, search);
+        QFETCH(std::optional<QString>, category);
+        QRandomGenerator random(quint32(qHash(QString::fromLatin1(QTest::currentDataTag()))));
+        for (int i = 0; i < 120; ++i)
+            fillRandomly(*context().insertPoem(), random);
+        QVERIFY(context().save().ok());
+
+        browser().sortMode = PoemSortMode(sort);
+        browser().sidebarScope = SidebarScope(scope);
+        browser().selectedCategory = category;
+        reload(search, SearchMode(mode));
+        RowMirror mirror(browser());
+        const QObject following;
+        connect(&context(), &ArchiveContext::contextDidChange, &following,
+                [&](const QSet<qint64> &keys) { browser().applyChanges(keys, mirror); });
+
+        for (int step = 0; step < 500; ++step) {
+            const QList<PoemPtr> all = context().fetch();
+            const PoemPtr poem = all.at(random.bounded(int(all.size())));
+            const std::optional<QString> categoryBefore = browser().selectedCategory;
+            switch (random.bounded(9)) {
+            case 0:
+                poem->setTitle(pick(random, sampleTitles));
+                poem->setTitleNormalized(normalize(*poem->title()));
+                break;
+            case 1:
+                poem->setText(pick(random, sampleTexts));
+                break;
+            case 2:
+                poem->setCategory(pick(random, sampleCategories));
+                break;
+            case 3:
+                fillRandomly(*poem, random);
+                fillRandomly(*all.at(random.bounded(int(all.size()))), random);
+                break;
+            case 4:
+                poem->setDeletedAt(poem->isInTrash() ? std::nullopt : std::optional<QDateTime>(at(7)));
+                poem->setUpdatedAt(at(1 + random.bounded(7)));
+                break;
+            case 5:
+                context().deletePoem(poem);
+                break;
+            case 6: {
+                // An import; now and then more than is placed poem by poem.
+                const int count = random.bounded(20) == 0 ? int(LibraryBrowser::incrementalLimit) + 5 : 3;
+                for (int i = 0; i < count; ++i)
+                    fillRandomly(*context().insertPoem(), random);
+                break;
+            }
+            case 7:
+                fillRandomly(*poem, random);
+                fillRandomly(*context().insertPoem(), random);
+                context().rollback();
+                break;
+            default:
+                poem->setUpdatedAt(at(1 + random.bounded(7)));
+                break;
+            }
+            QVERIFY(context().save().ok());
+
+            LibraryBrowser rebuilt(context());
+            rebuilt.setConfiguredCategories(QStringList{QStringLiteral("Liebeslyrik"), QStringLiteral("Natur")});
+            rebuilt.sortMode = browser().sortMode;
+            rebuilt.sidebarScope = browser().sidebarScope;
+            rebuilt.searchMode = browser().searchMode;
+            rebuilt.searchText = browser().searchText;
+            rebuilt.selectedCategory = categoryBefore;
+            rebuilt.reloadRows();
+            QCOMPARE(browser().selectedCategory, rebuilt.selectedCategory);
+            QCOMPARE(objectIDs(browser()), objectIDs(rebuilt));
+            QVERIFY(browser().rows() == rebuilt.rows());
+            QVERIFY(browser().counts() == rebuilt.counts());
+            QVERIFY(browser().categoryFilters() == rebuilt.categoryFilters());
+            QCOMPARE(browser().resultSummaryText(), rebuilt.resultSummaryText());
+            QCOMPARE(mirror.ids, objectIDs(browser()));
+            QCOMPARE(mirror.faults, 0);
+        }
     }
 };
 

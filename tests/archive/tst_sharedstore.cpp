@@ -235,7 +235,10 @@ private Q_SLOTS:
         QVERIFY(*refreshed);
         QCOMPARE(changed.count(), 1);
         QCOMPARE(*edited->category(), QStringLiteral("Lyrik"));
-        QVERIFY(onlyPoemTitled(b->viewContext(), QStringLiteral("Neu")));
+        const PoemPtr added = onlyPoemTitled(b->viewContext(), QStringLiteral("Neu"));
+        QVERIFY(added);
+        QCOMPARE(changed.at(0).at(0).value<QSet<qint64>>(),
+                 (QSet<qint64>{edited->storeKey(), added->storeKey(), goneInB->storeKey()}));
         QVERIFY(!onlyPoemTitled(b->viewContext(), QStringLiteral("Gone")));
         QVERIFY(goneInB->context() == nullptr);
         QVERIFY(b->viewContext().poemWithObjectID(typingID) == typing);

@@ -3,6 +3,7 @@
 #include "archive/PersistenceController.h"
 #include "archive/Trash.h"
 
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -24,15 +25,13 @@ private:
     QTemporaryDir m_dir;
     std::unique_ptr<PersistenceController> m_store;
     QStringList m_statuses;
-    int m_changes = 0;
 
     ArchiveContext &context() { return m_store->viewContext(); }
     QString storePath() const { return m_dir.filePath(QStringLiteral("trash.sqlite")); }
 
     Trash makeTrash()
     {
-        return Trash(
-            context(), [this](const QString &status) { m_statuses.append(status); }, [this] { ++m_changes; });
+        return Trash(context(), [this](const QString &status) { m_statuses.append(status); });
     }
 
     PoemPtr trashedPoem(const std::optional<QString> &title, int deletedHour)
@@ -59,7 +58,6 @@ private Q_SLOTS:
         QFile::remove(storePath());
         m_store = std::move(PersistenceController::open(storePath()).value());
         m_statuses.clear();
-        m_changes = 0;
     }
 
     void listsNewestFirstWithDisplayTitles()
@@ -84,10 +82,12 @@ private Q_SLOTS:
         QVERIFY(context().save().ok());
 
         Trash trash = makeTrash();
+        QSignalSpy changed(&context(), &ArchiveContext::contextDidChange);
         const auto restored = trash.restore(poem, at(8));
         QCOMPARE(restored.value(), QStringLiteral("Gedicht wiederhergestellt: Zurück"));
         QCOMPARE(m_statuses, QStringList{restored.value()});
-        QCOMPARE(m_changes, 1);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.at(0).at(0).value<QSet<qint64>>(), QSet<qint64>{poem->storeKey()});
         QVERIFY(!poem->deletedAt().has_value());
         QCOMPARE(*poem->updatedAt(), at(8));
         QVERIFY(!context().hasChanges());
@@ -138,7 +138,6 @@ private Q_SLOTS:
         QVERIFY(emptied.errorMessage().startsWith(QStringLiteral("Papierkorb-Aktion fehlgeschlagen: ")));
         QVERIFY(emptied.errorMessage().contains(QStringLiteral("Datenträger voll")));
         QCOMPARE(m_statuses, QStringList{emptied.errorMessage()});
-        QCOMPARE(m_changes, 0);
         QCOMPARE(trash.count(), 2);
         QVERIFY(!context().hasChanges());
 

@@ -143,7 +143,7 @@ private Q_SLOTS:
     void restoreFlowReportsEachOutcome()
     {
         QSignalSpy status(m_actions, &BackupActions::statusChanged);
-        QSignalSpy changed(m_actions, &BackupActions::archiveChanged);
+        QSignalSpy changed(&context(), &ArchiveContext::contextDidChange);
         const QString backupPath = m_archive->path(QStringLiteral("b.json"));
         QVERIFY(BackupExporter::writeBackup(context().fetch(), backupPath).ok());
 
@@ -158,6 +158,7 @@ private Q_SLOTS:
 
         context().fetch().first()->setText(QStringLiteral("geändert"));
         QVERIFY(context().save().ok());
+        changed.clear();
         m_actions->mode = RestoreMode::addMissingAndUpdate;
         m_actions->restoreBackup();
         QCOMPARE(lastStatus(status), QStringLiteral("Wiederherstellung abgeschlossen: 0 neu ergänzt, 1 aktualisiert. "

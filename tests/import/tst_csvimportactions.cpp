@@ -66,7 +66,7 @@ private Q_SLOTS:
         QWidget window;
         ScriptedCsvImport actions(m_store->viewContext(), &window);
         QSignalSpy status(&actions, &CSVImportActions::statusChanged);
-        QSignalSpy changed(&actions, &CSVImportActions::archiveChanged);
+        QSignalSpy changed(&m_store->viewContext(), &ArchiveContext::contextDidChange);
 
         actions.importAction()->trigger();
         QCOMPARE(status.takeLast().at(0).toString(), QStringLiteral("CSV-Auswahl abgebrochen."));

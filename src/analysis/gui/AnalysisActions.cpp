@@ -18,7 +18,7 @@ QList<PoemPtr> activePoems(const ArchiveContext &context)
 }
 
 // A window opened again shows the new result in the same place.
-template <typename Window> void present(QPointer<Window> &slot, Window *fresh)
+template <typename Window> void present(QPointer<Window> &slot, Window *fresh, bool activate)
 {
     if (slot) {
         fresh->setGeometry(slot->geometry());
@@ -26,7 +26,11 @@ template <typename Window> void present(QPointer<Window> &slot, Window *fresh)
     }
     slot = fresh;
     fresh->setAttribute(Qt::WA_DeleteOnClose);
+    if (!activate)
+        fresh->setAttribute(Qt::WA_ShowWithoutActivating);
     fresh->show();
+    if (!activate)
+        return;
     fresh->raise();
     fresh->activateWindow();
 }
@@ -48,6 +52,24 @@ AnalysisActions::AnalysisActions(ArchiveContext &context, QWidget *window)
     m_statistics->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S));
     m_statistics->setStatusTip(tr("Wie vollständig das Archiv ist, gesamt und je Kategorie"));
     connect(m_statistics, &QAction::triggered, this, &AnalysisActions::showStatistics);
+
+    // An open report follows the archive; a burst of changes (typing, an import) is
+    // counted once it settles.
+    m_followTimer.setSingleShot(true);
+    m_followTimer.setInterval(followDelayMs);
+    connect(&m_followTimer, &QTimer::timeout, this, &AnalysisActions::followArchive);
+    connect(&m_context, &ArchiveContext::contextDidChange, this, [this] {
+        if (m_duplicateWindow || m_statisticsWindow)
+            m_followTimer.start();
+    });
+}
+
+void AnalysisActions::followArchive()
+{
+    if (m_duplicateWindow)
+        openDuplicateReport(false);
+    if (m_statisticsWindow)
+        openStatistics(false);
 }
 
 DuplicateReportWindow *AnalysisActions::duplicateReportWindow() const
@@ -62,21 +84,32 @@ StatisticsWindow *AnalysisActions::statisticsWindow() const
 
 void AnalysisActions::checkDuplicates()
 {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const DuplicateCheckReport report = DuplicateChecker::check(activePoems(m_context), m_clock());
-    QApplication::restoreOverrideCursor();
-    Q_EMIT statusChanged(DuplicateChecker::statusLine(report));
-    auto *window = new DuplicateReportWindow(report, m_window);
-    connect(window, &DuplicateReportWindow::showPoemRequested, this, &AnalysisActions::showPoemRequested);
-    present(m_duplicateWindow, window);
+    openDuplicateReport(true);
 }
 
 void AnalysisActions::showStatistics()
+{
+    openStatistics(true);
+}
+
+void AnalysisActions::openDuplicateReport(bool asked)
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const DuplicateCheckReport report = DuplicateChecker::check(activePoems(m_context), m_clock());
+    QApplication::restoreOverrideCursor();
+    if (asked)
+        Q_EMIT statusChanged(DuplicateChecker::statusLine(report));
+    auto *window = new DuplicateReportWindow(report, m_window);
+    connect(window, &DuplicateReportWindow::showPoemRequested, this, &AnalysisActions::showPoemRequested);
+    present(m_duplicateWindow, window, asked);
+}
+
+void AnalysisActions::openStatistics(bool asked)
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const StatisticsReport report = StatisticsReport::make(activePoems(m_context), m_clock());
     QApplication::restoreOverrideCursor();
     auto *window = new StatisticsWindow(report, m_window);
     connect(window, &StatisticsWindow::statusChanged, this, &AnalysisActions::statusChanged);
-    present(m_statisticsWindow, window);
+    present(m_statisticsWindow, window, asked);
 }

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 #include <functional>
 
@@ -28,6 +29,7 @@ public:
 
     using Clock = std::function<QDateTime()>;
     void setClock(Clock clock) { m_clock = std::move(clock); }
+    static constexpr int followDelayMs = 400;
 
 public Q_SLOTS:
     void checkDuplicates();
@@ -39,6 +41,11 @@ Q_SIGNALS:
     void showPoemRequested(const QString &objectID);
 
 private:
+    // asked: the poet opened it (status line, to the front); else it follows a change.
+    void openDuplicateReport(bool asked);
+    void openStatistics(bool asked);
+    void followArchive();
+
     ArchiveContext &m_context;
     QWidget *m_window;
     QAction *m_duplicateCheck;
@@ -46,4 +53,5 @@ private:
     QPointer<DuplicateReportWindow> m_duplicateWindow;
     QPointer<StatisticsWindow> m_statisticsWindow;
     Clock m_clock;
+    QTimer m_followTimer;
 };

@@ -48,7 +48,6 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
     connect(m_backups, &BackupActions::statusChanged, &window, &MainWindow::setStatus);
     connect(m_backups, &BackupActions::fileWritten, &window, &MainWindow::setLastWrittenFile);
     connect(m_backups, &BackupActions::busyChanged, &window, &MainWindow::setBusy);
-    connect(m_backups, &BackupActions::archiveChanged, &window, &MainWindow::reloadRows);
     connect(&window, &MainWindow::dailyBackupDue, m_backups, &BackupActions::runDailyBackupIfDue);
 
     connect(m_folderScans, &FolderScanController::statusChanged, &window, &MainWindow::setStatus);
@@ -59,14 +58,12 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
     window.addFileMenuAction(csvImport->importAction());
     connect(csvImport, &CSVImportActions::statusChanged, &window, &MainWindow::setStatus);
     connect(csvImport, &CSVImportActions::busyChanged, &window, &MainWindow::setBusy);
-    connect(csvImport, &CSVImportActions::archiveChanged, &window, &MainWindow::reloadRows);
     window.setPendingImportUndoCheck(&ImportStateFiles::hasPendingUndo);
     window.setImportReportCheck([] { return ImportStateFiles::loadReport().has_value(); });
     connect(&window, &MainWindow::pendingImportUndoChecked, m_imports, &ImportActions::setUndoAvailable);
     connect(&window, &MainWindow::importReportChecked, m_imports, &ImportActions::setReportAvailable);
     connect(m_imports, &ImportActions::statusChanged, &window, &MainWindow::setStatus);
     connect(m_imports, &ImportActions::busyChanged, &window, &MainWindow::setBusy);
-    connect(m_imports, &ImportActions::archiveChanged, &window, &MainWindow::reloadRows);
     connect(window.detailView(), &PoemDetailView::textImportRequested, m_imports,
             [this, &window] { m_imports->importTextInto(window.detailView()->poem()); });
     for (QAction *action :

@@ -26,6 +26,7 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -68,12 +69,16 @@ MainWindow::MainWindow(ArchiveContext &context, QWidget *parent)
     buildMenus();
     buildToolBar();
 
-    // Other parts save on their own (an import, a restore): their changes are taken over
-    // once the event loop is back, however many saves there were.
+    // Every change of poems reaches the list through the context's one notice. A few
+    // poems (a keystroke) are placed at once; a long operation saving batch after batch
+    // (an import, a restore) is taken over once the event loop is back.
     m_contextChangeTimer.setSingleShot(true);
     m_contextChangeTimer.setInterval(0);
     connect(&m_contextChangeTimer, &QTimer::timeout, this, &MainWindow::takeOverContextChanges);
-    connect(&m_context, &ArchiveContext::contextDidChange, this, [this] { m_contextChangeTimer.start(); });
+    connect(&m_context, &ArchiveContext::contextDidChange, this, &MainWindow::noteChangedPoems);
+
+    m_searchPreparation.setInterval(0);
+    connect(&m_searchPreparation, &QTimer::timeout, this, &MainWindow::prepareSearchSlice);
 
     // A script or a second window may write the archive meanwhile; what it stored shows up
     // within seconds, and at once when this window comes to the front.
@@ -148,7 +153,6 @@ void MainWindow::buildColumns()
             [this](const QString &objectID) { moveToTrash(poemForObjectID(objectID)); });
     connect(m_listPane, &PoemListPane::openRequested, this, [this] { m_detail->focusBody(); });
 
-    connect(m_detail, &PoemDetailView::poemChanged, this, &MainWindow::reloadRows);
     connect(m_detail, &PoemDetailView::duplicateRequested, this, [this] { duplicatePoem(m_detail->poem()); });
     connect(m_detail, &PoemDetailView::trashRequested, this, [this] { moveToTrash(m_detail->poem()); });
     connect(m_detail, &PoemDetailView::leaveWriterModeRequested, this, [this] { setWriterMode(false); });
@@ -374,19 +378,39 @@ void MainWindow::runStartSequence()
     m_sidebar->showCounts(m_browser.counts());
     Q_EMIT dailyBackupDue();
     Q_EMIT startUpFinished();
+    m_searchPreparation.start();
+}
+
+// A few milliseconds at a time between input events, so typing never waits for it.
+void MainWindow::prepareSearchSlice()
+{
+    QElapsedTimer slice;
+    slice.start();
+    while (slice.elapsed() < searchSliceMs) {
+        if (m_browser.prepareSearch(searchSlicePoems)) {
+            m_searchPreparation.stop();
+            Q_EMIT searchPrepared();
+            return;
+        }
+    }
 }
 
 void MainWindow::reloadRows()
 {
     m_contextChangeTimer.stop();
+    m_pendingChanges.clear();
     m_browser.reloadRows();
     showRows();
-    m_detail->setSearchHighlight(m_browser.searchText.trimmed());
 }
 
 void MainWindow::showRows()
 {
     m_model->rowsReloaded();
+    showListState();
+}
+
+void MainWindow::showListState()
+{
     m_sidebar->showCounts(m_browser.counts());
     m_sidebar->showCategories(m_browser.categoryFilters(), m_browser.counts().activePoemCount,
                               m_browser.selectedCategory);
@@ -396,17 +420,36 @@ void MainWindow::showRows()
         m_browser.selectedPoemObjectID ? m_browser.indexOfObjectID(*m_browser.selectedPoemObjectID) : -1;
     m_listPane->selectRow(int(row));
     m_listPane->refreshEmptyState(m_browser.counts().activePoemCount == 0);
+    m_detail->setSearchHighlight(m_browser.searchText.trimmed());
     updateActionStates();
+}
+
+void MainWindow::noteChangedPoems(const QSet<qint64> &poemKeys)
+{
+    // The detail pane re-reads its poem by itself; one gone for good or into the trash
+    // is no longer shown.
+    const PoemPtr shown = m_detail->poem();
+    if (shown && poemKeys.contains(shown->storeKey()) && (shown->context() != &m_context || shown->isInTrash()))
+        showSelectedPoem(nullptr);
+    m_pendingChanges.unite(poemKeys);
+    if (m_pendingChanges.size() > LibraryBrowser::incrementalLimit) {
+        m_contextChangeTimer.start();
+        return;
+    }
+    takeOverContextChanges();
 }
 
 void MainWindow::takeOverContextChanges()
 {
-    const PoemPtr shown = m_detail->poem();
-    if (shown && (shown->context() != &m_context || shown->isInTrash()))
-        showSelectedPoem(nullptr);
-    else if (shown)
-        m_detail->refreshFromPoem();
-    reloadRows();
+    m_contextChangeTimer.stop();
+    const QSet<qint64> keys = std::exchange(m_pendingChanges, {});
+    {
+        // A row that moves or goes must not select another poem under the poet's hands.
+        const QSignalBlocker quiet(m_listPane);
+        if (!m_browser.applyChanges(keys, *m_model))
+            return;
+    }
+    showListState();
 }
 
 void MainWindow::takeOverStoreChanges()
@@ -472,7 +515,6 @@ void MainWindow::newPoem()
     m_detail->commitPendingEdits();
     const auto added = m_browser.addPoem(QDateTime::currentDateTimeUtc());
     showAllPoemsIfHidden(added.poem);
-    showRows();
     selectPoem(added.poem);
     setWriterMode(true);
     m_detail->focusTitle();
@@ -496,22 +538,23 @@ void MainWindow::showAllPoemsIfHidden(const PoemPtr &poem)
         const QSignalBlocker blocker(m_sidebar);
         m_sidebar->selectScope(SidebarScope::archive);
     }
-    m_browser.reloadRows();
+    reloadRows();
 }
 
-void MainWindow::duplicatePoem(const PoemPtr &poem)
+void MainWindow::duplicatePoem(PoemPtr poem)
 {
     // The list's context menu asks too; a change that cannot be saved must not show.
     if (!poem || m_context.store().isReadOnly())
         return;
     m_detail->commitPendingEdits();
     const auto copy = m_browser.duplicatePoem(poem, QDateTime::currentDateTimeUtc());
-    showRows();
     selectPoem(copy.poem);
     setStatus(copy.statusText);
 }
 
-void MainWindow::moveToTrash(const PoemPtr &poem)
+// By value: the caller may hand in the detail pane's own pointer, which the change
+// notice of the save resets.
+void MainWindow::moveToTrash(PoemPtr poem)
 {
     if (!poem || m_context.store().isReadOnly())
         return;
@@ -522,9 +565,8 @@ void MainWindow::moveToTrash(const PoemPtr &poem)
     if (wasShown) {
         // The next poem takes the place of the trashed one, so the keyboard can go on.
         const qsizetype next = qMin(row, m_browser.rowCount() - 1);
-        showSelectedPoem(row >= 0 && next >= 0 ? m_browser.poemAt(next) : nullptr);
+        selectPoem(row >= 0 && next >= 0 ? m_browser.poemAt(next) : nullptr);
     }
-    showRows();
     setStatus(trashed.statusText);
 }
 
@@ -532,7 +574,7 @@ void MainWindow::openTrash()
 {
     setWriterMode(false);
     TrashDialog dialog(
-        m_context, [this](const QString &status) { setStatus(status); }, [this] { reloadRows(); }, this);
+        m_context, [this](const QString &status) { setStatus(status); }, this);
     dialog.exec();
 }
 
@@ -635,10 +677,7 @@ void MainWindow::showPoemInLibrary(const QString &objectID)
     if (!poem || poem->isInTrash())
         return;
     setWriterMode(false);
-    if (m_browser.indexOfObjectID(objectID) < 0) {
-        showAllPoemsIfHidden(poem);
-        showRows();
-    }
+    showAllPoemsIfHidden(poem);
     selectPoem(poem);
     activateWindow();
     raise();

@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <QSet>
 #include <QTimer>
 
 #include <functional>
@@ -70,8 +71,8 @@ public:
     PoemPtr selectedPoem() const;
     void selectPoem(const PoemPtr &poem);
     void newPoem();
-    void duplicatePoem(const PoemPtr &poem);
-    void moveToTrash(const PoemPtr &poem);
+    void duplicatePoem(PoemPtr poem);
+    void moveToTrash(PoemPtr poem);
     void openTrash();
     void setWriterMode(bool active);
     bool isWriterModeActive() const { return m_writerMode; }
@@ -91,6 +92,8 @@ Q_SIGNALS:
     void pendingImportUndoChecked(bool available);
     void importReportChecked(bool available);
     void startUpFinished();
+    // After start-up, once a search no longer waits for the texts to be prepared.
+    void searchPrepared();
     void statusChanged(const QString &text);
     void selectedPoemChanged(const PoemPtr &poem);
 
@@ -108,10 +111,13 @@ private:
     void buildToolBar();
     void runStartSequence();
     void showRows();
+    void showListState();
     void showSelectedPoem(const PoemPtr &poem);
     void showAllPoemsIfHidden(const PoemPtr &poem);
+    void noteChangedPoems(const QSet<qint64> &poemKeys);
     void takeOverContextChanges();
     void takeOverStoreChanges();
+    void prepareSearchSlice();
     void updateActionStates();
     PoemPtr poemForObjectID(const QString &objectID) const;
     void showAbout();
@@ -146,7 +152,11 @@ private:
     QActionGroup *m_sortGroup = nullptr;
 
     QTimer m_contextChangeTimer;
+    QSet<qint64> m_pendingChanges;
     QTimer m_storeWatchTimer;
+    QTimer m_searchPreparation;
+    static constexpr int searchSliceMs = 4;
+    static constexpr qsizetype searchSlicePoems = 64;
     QList<int> m_columnSizes;
     QString m_statusText;
     UpdateManager *m_updateManager = nullptr;

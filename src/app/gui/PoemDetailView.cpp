@@ -57,6 +57,12 @@ PoemDetailView::PoemDetailView(ArchiveContext &context, QWidget *parent) : QWidg
     m_pages->addWidget(makeEditorPage());
     layout->addWidget(m_pages);
     showPoem(nullptr);
+    // Whoever changed the poem (an import, a restore, another program), the fields show
+    // it before the next keystroke, which would otherwise save their old values back.
+    connect(&m_context, &ArchiveContext::contextDidChange, this, [this](const QSet<qint64> &poemKeys) {
+        if (m_poem && !m_applying && poemKeys.contains(m_poem->storeKey()))
+            refreshFromPoem();
+    });
 }
 
 QWidget *PoemDetailView::makePlaceholderPage()
@@ -315,7 +321,7 @@ void PoemDetailView::showFields()
 
 void PoemDetailView::refreshFromPoem()
 {
-    if (!m_poem)
+    if (!m_poem || m_poem->context() != &m_context)
         return;
     const bool categoryBeingTyped = m_category->lineEdit()->hasFocus();
     const QString typedCategory = m_category->currentText();
@@ -365,7 +371,10 @@ void PoemDetailView::applyEdit(const std::function<void(Poem &)> &change)
 {
     if (!m_poem || m_loading)
         return;
+    // The fields already show what this edit saves.
+    m_applying = true;
     const auto saved = PoemEdit::apply(m_context, *m_poem, change, QDateTime::currentDateTimeUtc());
+    m_applying = false;
     if (saved) {
         setSaveStatus(tr("Gespeichert"), false);
     } else {

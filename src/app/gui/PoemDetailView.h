@@ -29,7 +29,8 @@ public:
     // Null shows the placeholder.
     void showPoem(const PoemPtr &poem);
     const PoemPtr &poem() const { return m_poem; }
-    // Takes over changes made elsewhere (an import, a restore) without disturbing typing.
+    // Takes over changes made elsewhere (an import, a restore) without disturbing typing;
+    // runs by itself on the context's notice of the poem.
     void refreshFromPoem();
     // Saves what a field holds but has not handed over yet (a category being typed).
     void commitPendingEdits();
@@ -81,6 +82,7 @@ private:
     ArchiveContext &m_context;
     PoemPtr m_poem;
     bool m_loading = false;
+    bool m_applying = false;
     static constexpr int writerColumnWidth = 860;
     static constexpr int compactHeight = 600;
     bool m_writerMode = false;

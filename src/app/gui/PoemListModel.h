@@ -1,11 +1,14 @@
 #pragma once
 
+#include "archive/LibraryRowListener.h"
+
 #include <QAbstractListModel>
 
 class LibraryBrowser;
 
-// The library's rows for the list view. Rows are read from the browser when shown.
-class PoemListModel : public QAbstractListModel {
+// The library's rows for the list view. Rows are read from the browser when shown; a
+// changed poem moves its one row, so the selection and scroll position stay.
+class PoemListModel : public QAbstractListModel, public LibraryRowListener {
     Q_OBJECT
 
 public:
@@ -27,6 +30,19 @@ public:
 
     // After LibraryBrowser::reloadRows().
     void rowsReloaded();
+
+    void rowsAboutToBeReset() override { beginResetModel(); }
+    void rowsReset() override { endResetModel(); }
+    void rowAboutToBeInserted(qsizetype row) override { beginInsertRows({}, int(row), int(row)); }
+    void rowInserted() override { endInsertRows(); }
+    void rowAboutToBeRemoved(qsizetype row) override { beginRemoveRows({}, int(row), int(row)); }
+    void rowRemoved() override { endRemoveRows(); }
+    void rowAboutToBeMoved(qsizetype from, qsizetype before) override
+    {
+        beginMoveRows({}, int(from), int(from), {}, int(before));
+    }
+    void rowMoved() override { endMoveRows(); }
+    void rowChanged(qsizetype row) override { Q_EMIT dataChanged(index(int(row)), index(int(row))); }
 
 private:
     const LibraryBrowser &m_browser;

@@ -1,6 +1,7 @@
 #include "app/gui/TrashDialog.h"
 
 #include "app/gui/ThemeIcon.h"
+#include "archive/ArchiveContext.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -28,9 +29,8 @@ QString countText(int count)
 
 } // namespace
 
-TrashDialog::TrashDialog(ArchiveContext &context, Trash::StatusCallback onStatus, Trash::ChangeCallback onChanged,
-                         QWidget *parent)
-    : QDialog(parent), m_trash(context, std::move(onStatus), std::move(onChanged)), m_count(new QLabel(this)),
+TrashDialog::TrashDialog(ArchiveContext &context, Trash::StatusCallback onStatus, QWidget *parent)
+    : QDialog(parent), m_trash(context, std::move(onStatus)), m_count(new QLabel(this)),
       m_pages(new QStackedWidget(this)), m_rows(new QWidget), m_rowsLayout(new QVBoxLayout(m_rows)),
       m_emptyButton(new QPushButton(tr("Papierkorb leeren…"), this))
 {
@@ -105,10 +105,19 @@ TrashDialog::TrashDialog(ArchiveContext &context, Trash::StatusCallback onStatus
     layout->addWidget(buttons);
 
     reload();
+    // Any change of poems may move one into or out of the trash. The rows are rebuilt once
+    // the event loop is back: the button that caused the change is one of them.
+    connect(&context, &ArchiveContext::contextDidChange, this, [this] {
+        if (m_reloadPending)
+            return;
+        m_reloadPending = true;
+        QMetaObject::invokeMethod(this, &TrashDialog::reload, Qt::QueuedConnection);
+    });
 }
 
 void TrashDialog::reload()
 {
+    m_reloadPending = false;
     m_shown = m_trash.poems();
     while (QLayoutItem *item = m_rowsLayout->takeAt(0)) {
         delete item->widget();
@@ -145,10 +154,8 @@ QWidget *TrashDialog::makeRow(const PoemPtr &poem)
 
     auto *restore = new QPushButton(tr("Wiederherstellen"), row);
     restore->setObjectName(QStringLiteral("restoreButton"));
-    connect(restore, &QPushButton::clicked, this, [this, poem] {
-        (void)m_trash.restore(poem, QDateTime::currentDateTimeUtc());
-        reload();
-    });
+    connect(restore, &QPushButton::clicked, this,
+            [this, poem] { (void)m_trash.restore(poem, QDateTime::currentDateTimeUtc()); });
     auto *remove = new QToolButton(row);
     remove->setObjectName(QStringLiteral("deleteButton"));
     remove->setIcon(ThemeIcon::named(QStringLiteral("edit-delete")));
@@ -171,7 +178,6 @@ void TrashDialog::deletePermanently(const PoemPtr &poem)
     if (!confirmed)
         return;
     (void)m_trash.deletePermanently(poem);
-    reload();
 }
 
 void TrashDialog::emptyTrash()
@@ -185,7 +191,6 @@ void TrashDialog::emptyTrash()
     if (!confirmed)
         return;
     (void)m_trash.emptyTrash();
-    reload();
 }
 
 bool TrashDialog::askUser(const QString &title, const QString &text, const QString &confirmText)

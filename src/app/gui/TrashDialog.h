@@ -15,8 +15,7 @@ class TrashDialog : public QDialog {
     Q_OBJECT
 
 public:
-    TrashDialog(ArchiveContext &context, Trash::StatusCallback onStatus, Trash::ChangeCallback onChanged,
-                QWidget *parent = nullptr);
+    TrashDialog(ArchiveContext &context, Trash::StatusCallback onStatus, QWidget *parent = nullptr);
 
     void reload();
     int shownCount() const { return int(m_shown.size()); }
@@ -31,6 +30,7 @@ private:
     bool askUser(const QString &title, const QString &text, const QString &confirmText);
 
     Trash m_trash;
+    bool m_reloadPending = false;
     QList<PoemPtr> m_shown;
     QLabel *m_count;
     QStackedWidget *m_pages;

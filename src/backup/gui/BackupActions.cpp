@@ -105,8 +105,6 @@ void BackupActions::restoreFrom(const QString &path)
         Q_EMIT statusChanged(BackupStatus::restoreAborted(restored.errorMessage()));
         return;
     }
-    if (restored->counts.created + restored->counts.updated > 0)
-        Q_EMIT archiveChanged();
     Q_EMIT statusChanged(
         BackupStatus::restoreFinished(restored->counts.created, restored->counts.updated, restored->safetyBackupPath));
 }

@@ -16,6 +16,7 @@ class QWidget;
 // The library window's backup flows: the manual backup, the restore with its preview
 // sheet, and the daily backup at start. Everything reports through statusChanged; a
 // written backup file through fileWritten, for the window's "show in file manager".
+// Restored poems reach the views through the context's change notice.
 //
 //   auto *backups = new BackupActions(context, window);
 //   window->addSidebarAction(backups->createBackupAction());
@@ -23,7 +24,6 @@ class QWidget;
 //   connect(backups, &BackupActions::statusChanged, window, &MainWindow::setStatus);
 //   connect(backups, &BackupActions::fileWritten, window, &MainWindow::setLastWrittenFile);
 //   connect(backups, &BackupActions::busyChanged, window, &MainWindow::setBusy);
-//   connect(backups, &BackupActions::archiveChanged, window, &MainWindow::reloadRows);
 //   connect(window, &MainWindow::dailyBackupDue, backups, &BackupActions::runDailyBackupIfDue);
 class BackupActions : public QObject {
     Q_OBJECT
@@ -48,7 +48,6 @@ public Q_SLOTS:
 Q_SIGNALS:
     void statusChanged(const QString &text);
     void fileWritten(const QString &path);
-    void archiveChanged();
     void busyChanged(bool busy);
 
 protected:

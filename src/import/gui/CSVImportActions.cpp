@@ -41,8 +41,6 @@ void CSVImportActions::importFile(const QString &path)
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     const CSVImportResult result = CSVImporter::importGedichte(path, m_context);
     setBusy(false);
-    if (result.inserted + result.updated > 0)
-        Q_EMIT archiveChanged();
     Q_EMIT statusChanged(CSVImporter::statusLine(result));
 }
 

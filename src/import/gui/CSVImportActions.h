@@ -7,8 +7,8 @@ class QAction;
 class QWidget;
 
 // "CSV-Datei importieren" in the library window: asks for the spreadsheet export, imports
-// it and reports the outcome as one status line; archiveChanged() asks for the list to be
-// rebuilt.
+// it and reports the outcome as one status line; the imported poems reach the views
+// through the context's change notice.
 class CSVImportActions : public QObject {
     Q_OBJECT
 
@@ -23,7 +23,6 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void statusChanged(const QString &text);
-    void archiveChanged();
     void busyChanged(bool busy);
 
 protected:

@@ -91,7 +91,6 @@ void ImportActions::finishRun(ImportReviewWindow *review)
         return;
     setUndoAvailable(ImportStateFiles::hasPendingUndo());
     setReportAvailable(true);
-    Q_EMIT archiveChanged();
     presentReport(m_run->report(), m_run->logText());
 }
 
@@ -123,8 +122,6 @@ void ImportActions::undoLastImport()
     const auto undone = ImportUndo::undoLastImport(m_context);
     setUndoAvailable(ImportStateFiles::hasPendingUndo());
     Q_EMIT statusChanged(undone ? *undone : undone.errorMessage());
-    if (undone)
-        Q_EMIT archiveChanged();
 }
 
 QString ImportActions::chooseTextFile()
@@ -190,5 +187,4 @@ void ImportActions::finishSingleImport(const PoemPtr &poem, const Result<Importe
     }
     setUndoAvailable(true);
     Q_EMIT statusChanged(*applied);
-    Q_EMIT archiveChanged();
 }

@@ -47,7 +47,6 @@ public Q_SLOTS:
 Q_SIGNALS:
     void statusChanged(const QString &text);
     void busyChanged(bool busy);
-    void archiveChanged();
 
 protected:
     // Dialogs, replaceable where no one clicks. Empty path: cancelled.
