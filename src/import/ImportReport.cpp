@@ -16,11 +16,14 @@ const QString statusKey = QStringLiteral("status");
 const QString fileNameKey = QStringLiteral("fileName");
 const QString poemTitleKey = QStringLiteral("poemTitle");
 const QString reasonKey = QStringLiteral("reason");
+const QString cancelledKey = QStringLiteral("cancelled");
 
 } // namespace
 
 QString ImportReport::headline() const
 {
+    if (cancelled)
+        return tr("Import abgebrochen");
     const bool clean =
         std::all_of(items.begin(), items.end(), [](const Item &item) { return item.status == Status::imported; });
     return clean ? tr("Import abgeschlossen") : tr("Import mit Hinweisen abgeschlossen");
@@ -87,10 +90,14 @@ QJsonObject ImportReport::toJson() const
             object.insert(reasonKey, *item.reason);
         itemArray.append(object);
     }
-    return {{createdAtKey, ArchiveJson::dateText(createdAt)},
-            {titleKey, title},
-            {summaryKey, summary},
-            {itemsKey, itemArray}};
+    QJsonObject object{{createdAtKey, ArchiveJson::dateText(createdAt)},
+                       {titleKey, title},
+                       {summaryKey, summary},
+                       {itemsKey, itemArray}};
+    // Left out when false, so a finished run's file keeps its four keys.
+    if (cancelled)
+        object.insert(cancelledKey, true);
+    return object;
 }
 
 std::optional<ImportReport> ImportReport::fromJson(const QJsonObject &object)
@@ -103,6 +110,7 @@ std::optional<ImportReport> ImportReport::fromJson(const QJsonObject &object)
     report.createdAt = *createdAt;
     report.title = object.value(titleKey).toString();
     report.summary = object.value(summaryKey).toString();
+    report.cancelled = object.value(cancelledKey).toBool(false);
     for (const QJsonValue value : object.value(itemsKey).toArray()) {
         const QJsonObject entry = value.toObject();
         const auto status = statusFromRaw(entry.value(statusKey).toString());

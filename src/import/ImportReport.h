@@ -29,10 +29,13 @@ public:
     QString title;
     QString summary;
     QList<Item> items;
+    // The poet stopped the run; the items are the files it reached.
+    bool cancelled = false;
 
     bool operator==(const ImportReport &other) const = default;
 
-    // "Import mit Hinweisen abgeschlossen" as soon as one file was skipped or failed.
+    // "Import mit Hinweisen abgeschlossen" as soon as one file was skipped or failed; a
+    // cancelled run says so first, whatever its files did.
     QString headline() const;
     QString checkedFilesText() const;
 

@@ -402,10 +402,8 @@ void ImportRun::finishApplied()
                                                   : summaryText(m_settings.options.docxThenPdfOnlyForStillEmpty,
                                                                 m_counts, m_settings.options);
     m_report.createdAt = now;
-    m_report.summary = summary + QLatin1Char(' ') + backupText;
-    if (m_cancelled)
-        m_report.summary = tr("Abgebrochen nach %1 von %2 Dateien.").arg(m_processed).arg(m_total) + QLatin1Char(' ') +
-                           m_report.summary;
+    m_report.summary = summary;
+    m_report.cancelled = m_cancelled;
 
     QStringList problems;
     if (auto undo = ImportStateFiles::saveUndo(m_applier->undoItems()); !undo)
@@ -415,8 +413,11 @@ void ImportRun::finishApplied()
     if (auto failures = ImportStateFiles::saveFailureLog(m_log.dumpText(), now); !failures)
         m_log.add(QStringLiteral("import_failures.txt: %1").arg(failures.errorMessage()));
 
-    QString status = m_report.summary;
-    if (!m_applier->undoItems().isEmpty())
+    QString status = summary + QLatin1Char(' ') + backupText;
+    if (m_cancelled)
+        status = tr("Abgebrochen nach %1 von %2 Dateien.").arg(m_processed).arg(m_total) + QLatin1Char(' ') + status;
+    // A text import always ends with the hint, so its line reads the same whatever it wrote.
+    if (!m_settings.imagesOnly || !m_applier->undoItems().isEmpty())
         status += QLatin1Char(' ') + undoHintText();
     for (const QString &problem : std::as_const(problems))
         status += QLatin1Char(' ') + problem;

@@ -136,6 +136,7 @@ private Q_SLOTS:
                                 "Übersprungen (hat Text): 1. Übersprungen (PDF Score<85%): 0. Übersprungen (PDF "
                                 "Margin<8%): 0. PDF übersprungen (Text bereits vorhanden): 0. Sicherheitsbackup: ") +
                      backups.first() + QStringLiteral(". Rückgängig ist danach im Hauptfenster verfügbar."));
+        QVERIFY(done->statusText().startsWith(done->report().summary + QStringLiteral(" Sicherheitsbackup: ")));
 
         const auto report = ImportStateFiles::loadReport();
         QVERIFY(report);
@@ -162,6 +163,15 @@ private Q_SLOTS:
                  QStringLiteral("Nichts zu importieren."));
         QVERIFY(safetyBackups().isEmpty());
         QVERIFY(!QFileInfo::exists(ImportStateFiles::reportPath()));
+
+        // A run that only skips still ends its line with the undo hint.
+        const PoemPtr written = addPoem(context(), QStringLiteral("Abendlied"), QStringLiteral("alt"));
+        QVERIFY(context().save().ok());
+        const auto skipped =
+            run({proposalFor(docx(QStringLiteral("Abendlied.docx"), {QStringLiteral("neu")}), written)});
+        QCOMPARE(written->text(), QStringLiteral("alt"));
+        QVERIFY2(skipped->statusText().endsWith(QStringLiteral(". Rückgängig ist danach im Hauptfenster verfügbar.")),
+                 qPrintable(skipped->statusText()));
     }
 
     void pdfGatesAndPhases_data()
@@ -295,6 +305,7 @@ private Q_SLOTS:
             QStringLiteral("Abgebrochen nach 2 von 5 Dateien. Import fertig (2-Phasen): 2 gesetzt")));
         QCOMPARE((*ImportStateFiles::loadUndo())->size(), 2);
         QCOMPARE(ImportStateFiles::loadReport()->items.size(), 2);
+        QCOMPARE(ImportStateFiles::loadReport()->headline(), QStringLiteral("Import abgebrochen"));
     }
 
     void parallelReadersGiveTheOneAtATimeOutcome()

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLocale>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTableWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -107,7 +108,9 @@ ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString
     layout->addWidget(m_detailsToggle, 0, Qt::AlignLeft);
     layout->addWidget(m_details);
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    auto *buttons = new QDialogButtonBox(this);
+    QPushButton *close = buttons->addButton(tr("Schließen"), QDialogButtonBox::RejectRole);
+    close->setObjectName(QStringLiteral("closeReportButton"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
 }
