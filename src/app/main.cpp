@@ -3,6 +3,7 @@
 #include "app/gui/AppIcon.h"
 #include "app/gui/ArchiveOperations.h"
 #include "app/gui/MainWindow.h"
+#include "app/gui/ScreenFitGuard.h"
 #include "app/gui/ThemeIcon.h"
 #include "archive/AppPreferences.h"
 #include "archive/PersistenceController.h"
@@ -41,6 +42,7 @@ int main(int argc, char **argv)
     QApplication::setWindowIcon(AppIcon::icon());
     ThemeIcon::useDesktopTheme();
     installTranslators(app);
+    app.installEventFilter(new ScreenFitGuard(&app));
 
     // The store opens before the first window; a store that cannot be read ends the
     // program without touching the file.

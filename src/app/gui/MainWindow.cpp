@@ -60,7 +60,8 @@ MainWindow::MainWindow(ArchiveContext &context, QWidget *parent)
     setWindowTitle(QStringLiteral("OdeLeaf"));
     setStyleSheet(WindowStyle::styleSheet());
     resize(1280, 800);
-    setMinimumSize(900, 560);
+    // Small enough for a netbook screen with its title bar; the columns keep their own minimums.
+    setMinimumSize(860, 520);
 
     m_browser.searchMode = storedSearchMode();
     buildColumns();
@@ -95,7 +96,7 @@ void MainWindow::buildColumns()
     m_sidebar = new LibrarySidebar(m_splitter);
     m_sidebar->setMinimumWidth(200);
     m_listPane = new PoemListPane(m_model, m_splitter);
-    m_listPane->setMinimumWidth(280);
+    m_listPane->setMinimumWidth(240);
     m_detail = new PoemDetailView(m_context, m_splitter);
     m_detail->setMinimumWidth(380);
     m_splitter->addWidget(m_sidebar);

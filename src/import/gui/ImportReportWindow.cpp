@@ -1,5 +1,7 @@
 #include "import/gui/ImportReportWindow.h"
 
+#include "archive/MessageText.h"
+
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QHeaderView>
@@ -57,8 +59,10 @@ ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString
     auto *subtitle = new QLabel(tr("%1 – %2").arg(report.title, when), this);
     subtitle->setForegroundRole(QPalette::PlaceholderText);
     layout->addWidget(subtitle);
-    auto *summary = wrappedLabel(report.summary, this);
+    auto *summary = wrappedLabel(MessageText::shortened(report.summary), this);
     summary->setObjectName(QStringLiteral("reportSummary"));
+    // Wraps at the window's width; a word longer than that is cut, never widens the window.
+    summary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     layout->addWidget(summary);
     auto *checked = new QLabel(report.checkedFilesText(), this);
     checked->setObjectName(QStringLiteral("reportCheckedFiles"));
