@@ -5,6 +5,7 @@
 #include "app/gui/MainWindow.h"
 #include "app/gui/ScreenFitGuard.h"
 #include "app/gui/ThemeIcon.h"
+#include "app/gui/WheelFocusGuard.h"
 #include "archive/AppPreferences.h"
 #include "archive/PersistenceController.h"
 
@@ -42,6 +43,7 @@ int main(int argc, char **argv)
     QApplication::setWindowIcon(AppIcon::icon());
     ThemeIcon::useDesktopTheme();
     installTranslators(app);
+    app.installEventFilter(new WheelFocusGuard(&app));
     app.installEventFilter(new ScreenFitGuard(&app));
 
     // The store opens before the first window; a store that cannot be read ends the

@@ -2,6 +2,7 @@
 #include "app/gui/MainWindow.h"
 #include "app/gui/PoemDetailView.h"
 #include "app/gui/SettingsWindow.h"
+#include "app/gui/WheelFocusGuard.h"
 #include "archive/AppPreferences.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/ArchiveContext.h"
@@ -17,9 +18,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QSlider>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWheelEvent>
 
 class SettingsWindowTest : public QObject {
     Q_OBJECT
@@ -201,6 +206,53 @@ private Q_SLOTS:
         QCOMPARE(child<QComboBox>(again, QStringLiteral("editorFontPicker"))->currentText(), other);
         QCOMPARE(child<QComboBox>(again, QStringLiteral("languagePicker"))->currentText(), QStringLiteral("English"));
         QVERIFY(!child<QCheckBox>(again, QStringLiteral("dailyBackupToggle"))->isChecked());
+    }
+
+    // Scrolling over the settings with the wheel changes no control until it has the focus.
+    void theWheelChangesOnlyTheFocusedControl()
+    {
+        WheelFocusGuard guard;
+        qApp->installEventFilter(&guard);
+        SettingsWindow window(context(), nullptr);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto turn = [](QWidget *control) {
+            QWheelEvent wheel(QPointF(4, 4), control->mapToGlobal(QPointF(4, 4)), QPoint(), QPoint(0, -120),
+                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(control, &wheel);
+            return wheel.isAccepted();
+        };
+        const QList<QComboBox *> pickers = window.findChildren<QComboBox *>();
+        QVERIFY(pickers.size() >= 3);
+        for (QComboBox *picker : pickers) {
+            QCOMPARE(picker->focusPolicy(), Qt::StrongFocus);
+            const int before = picker->currentIndex();
+            QVERIFY2(!turn(picker), qPrintable(picker->objectName()));
+            QCOMPARE(picker->currentIndex(), before);
+        }
+        QCOMPARE(AppPreferences::appLanguage(), AppLanguage::system);
+        QCOMPARE(AppPreferences::editorFontName(), QStringLiteral("Roboto"));
+
+        auto *language = child<QComboBox>(window, QStringLiteral("languagePicker"));
+        language->setFocus();
+        QTRY_VERIFY(language->hasFocus());
+        turn(language);
+        QVERIFY(language->currentIndex() != 0);
+
+        // A spin box or slider elsewhere follows the same rule; scroll bars always scroll.
+        QWidget page;
+        auto *spin = new QSpinBox(&page);
+        auto *slider = new QSlider(&page);
+        auto *bar = new QScrollBar(&page);
+        bar->setRange(0, 100);
+        page.show();
+        turn(spin);
+        QCOMPARE(spin->value(), 0);
+        turn(slider);
+        QCOMPARE(slider->value(), 0);
+        QVERIFY(turn(bar));
+        QVERIFY(bar->value() > 0);
+        qApp->removeEventFilter(&guard);
     }
 
     void foldersAreChosenAndReset()
