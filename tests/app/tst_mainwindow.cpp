@@ -43,6 +43,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QNetworkProxy>
 #include <QPlainTextEdit>
@@ -494,6 +495,64 @@ private Q_SLOTS:
         QCOMPARE(m_window->statusText(),
                  QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedichte wiederhergestellt."));
         QVERIFY(!operations->imports()->undoAction()->isEnabled());
+    }
+
+    // Every sidebar action is in the Archiv menu; the frequent ones have keys no other action has.
+    void theArchiveMenuReachesEverySidebarActionByKeyboard()
+    {
+        m_window = std::make_unique<MainWindow>(m_store->viewContext());
+        new ArchiveOperations(*m_window);
+        m_window->show();
+        QMenu *archive = nullptr;
+        for (QAction *entry : m_window->menuBar()->actions()) {
+            if (entry->menu() && entry->text() == QStringLiteral("&Archiv"))
+                archive = entry->menu();
+        }
+        QVERIFY(archive);
+        const QList<QToolButton *> lines =
+            m_window->sidebar()->findChildren<QToolButton *>(QStringLiteral("sidebarAction"));
+        QVERIFY(lines.size() >= 11);
+        for (const QToolButton *line : lines)
+            QVERIFY2(archive->actions().count(line->defaultAction()) == 1, qPrintable(line->text()));
+        QHash<QString, QKeySequence> keys;
+        for (const QAction *action : archive->actions())
+            keys.insert(action->text(), action->shortcut());
+        for (const char *frequent :
+             {"Backup erstellen", "Wiederherstellen", "Ordner scan", "Bilder-Ordner scan", "CSV-Datei importieren"})
+            QVERIFY2(!keys.value(QString::fromUtf8(frequent)).isEmpty(), frequent);
+        QHash<QKeySequence, QString> owners;
+        for (const QAction *action : m_window->findChildren<QAction *>()) {
+            for (const QKeySequence &key : action->shortcuts()) {
+                const QString owner = owners.value(key);
+                QVERIFY2(
+                    owner.isEmpty() || owner == action->text(),
+                    qPrintable(key.toString() + QStringLiteral(": ") + owner + QStringLiteral(" / ") + action->text()));
+                owners.insert(key, action->text());
+            }
+        }
+    }
+
+    // Tab walks on through the detail pane and leaves the poem as it was; Ctrl+Tab writes a tab.
+    void tabLeavesThePoemTextAndCtrlTabInsertsOne()
+    {
+        const PoemPtr poem = storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter"));
+        MainWindow &window = openWindow();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        window.selectPoem(poem);
+        RichPoemTextView *body = window.detailView()->editorPane()->textView();
+        window.detailView()->focusBody();
+        QTRY_VERIFY(body->hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QVERIFY(!body->hasFocus());
+        QCOMPARE(poem->text(), QStringLiteral("Blätter"));
+
+        body->setFocus();
+        QTRY_VERIFY(body->hasFocus());
+        body->moveCursor(QTextCursor::End);
+        QTest::keyClick(body, Qt::Key_Tab, Qt::ControlModifier);
+        QTRY_COMPARE(poem->text(), QStringLiteral("Blätter\t"));
+        QVERIFY(body->hasFocus());
     }
 
     void windowShortcutsLeaveTextEditingKeysAlone()

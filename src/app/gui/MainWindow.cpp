@@ -590,6 +590,9 @@ bool MainWindow::isBusy() const
 void MainWindow::addSidebarAction(QAction *action)
 {
     m_sidebar->addAction(action);
+    // The menu reaches every sidebar action by keyboard, also in writer mode, where the
+    // sidebar is hidden.
+    addArchiveMenuAction(action);
 }
 
 void MainWindow::showSettings()

@@ -61,7 +61,8 @@ RichPoemTextView::RichPoemTextView(QWidget *parent) : QTextEdit(parent)
 {
     setFrameShape(QFrame::NoFrame);
     setAcceptRichText(true);
-    setTabChangesFocus(false);
+    // Tab moves on through the detail pane as in a form; a tab character comes from Ctrl+Tab.
+    setTabChangesFocus(true);
     setLineWrapMode(QTextEdit::WidgetWidth);
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
@@ -296,6 +297,9 @@ void RichPoemTextView::apply(const RichTextCommand &command)
         break;
     case Kind::insertDivider:
         RichTextEditing::insertSectionMark(cursor);
+        break;
+    case Kind::insertTab:
+        cursor.insertText(QStringLiteral("\t"));
         break;
     }
     setTextCursor(cursor);
