@@ -181,23 +181,29 @@ QString CSVImporter::cleanCategory(const QString &cell)
 
 CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext &context, const QDateTime &now)
 {
-    CSVImportResult result;
+    return apply(read(path), context, now);
+}
+
+CSVPreparedImport CSVImporter::read(const QString &path)
+{
+    CSVPreparedImport prepared;
+    CSVImportResult &result = prepared.result;
     const auto bytes = CSVFileReader::read(path);
     if (!bytes) {
         const QString access = QFileInfo(path).isReadable() ? tr("ja") : tr("nein");
         result.diagnostics = QStringLiteral("Security-Scope=") + access;
         result.error = tr("Datei konnte nicht gelesen werden: %1 | %2").arg(bytes.errorMessage(), result.diagnostics);
-        return result;
+        return prepared;
     }
     result.diagnostics = QStringLiteral("bytes=%1").arg(bytes->size());
     if (bytes->isEmpty()) {
         result.error = otherError(tr("Leere Datei"), result.diagnostics);
-        return result;
+        return prepared;
     }
-    const auto document = CSVDocument::read(*bytes);
+    auto document = CSVDocument::read(*bytes);
     if (!document) {
         result.error = otherError(document.errorMessage(), result.diagnostics);
-        return result;
+        return prepared;
     }
     result.rows = int(document->dataRows.size());
     result.maxColumns = document->maxColumns;
@@ -205,9 +211,17 @@ CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext 
     result.diagnostics = QStringLiteral("Encoding: ") + document->encoding;
     if (document->dataRows.isEmpty()) {
         result.error = otherError(noDataRowsMessage(bytes->size(), document->header), result.diagnostics);
-        return result;
+        return prepared;
     }
+    prepared.document = std::move(*document);
+    return prepared;
+}
 
+CSVImportResult CSVImporter::apply(const CSVPreparedImport &prepared, ArchiveContext &context, const QDateTime &now)
+{
+    CSVImportResult result = prepared.result;
+    if (result.error || !prepared.document)
+        return result;
     const auto safetyBackup =
         BackupExporter::writeAutomaticSafetyBackup(context.fetch(), QStringLiteral("pre-csv-import"), now);
     if (!safetyBackup) {
@@ -217,7 +231,7 @@ CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext 
     }
     result.safetyBackupPath = *safetyBackup;
 
-    applyRows(*document, context, now.toUTC(), result);
+    applyRows(*prepared.document, context, now.toUTC(), result);
     // A failed save keeps the rows in memory for a later save; the safety backup is the way back.
     if (context.hasChanges()) {
         if (const auto saved = context.save(); !saved)

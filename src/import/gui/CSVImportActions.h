@@ -1,19 +1,27 @@
 #pragma once
 
+#include "import/CSVPreparedImport.h"
+
 #include <QObject>
 
 class ArchiveContext;
 class QAction;
+class QThread;
 class QWidget;
 
 // "CSV-Datei importieren" in the library window: asks for the spreadsheet export, imports
 // it and reports the outcome as one status line; archiveChanged() asks for the list to be
-// rebuilt.
+// rebuilt. The file is read and parsed on a worker thread: the window takes input meanwhile.
 class CSVImportActions : public QObject {
     Q_OBJECT
 
 public:
     CSVImportActions(ArchiveContext &context, QWidget *window);
+    ~CSVImportActions() override;
+
+    bool isReading() const { return m_reader != nullptr; }
+    // Where the file dialog opens: the remembered folder, else Documents where there is one.
+    static QString startFolder();
 
     QAction *importAction() const { return m_import; }
 
@@ -32,8 +40,10 @@ protected:
 
 private:
     void setBusy(bool busy);
+    void finishImport(const CSVPreparedImport &prepared);
 
     ArchiveContext &m_context;
     QWidget *m_window;
     QAction *m_import;
+    QThread *m_reader = nullptr;
 };
