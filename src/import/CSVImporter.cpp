@@ -246,8 +246,8 @@ QString CSVImporter::statusLine(const CSVImportResult &result)
 {
     if (result.error)
         return *result.error;
-    // A tab would show as a gap in the status panel.
-    const QString delimiter = result.delimiter == QStringLiteral("\t") ? tr("Tab") : result.delimiter;
+    // The separator as it is, a tab character too: the line names what the file holds.
+    const QString &delimiter = result.delimiter;
     return tr("CSV Import: %1 neu, %2 aktualisiert, %3 übersprungen. Zeilen: %4, Spalten: %5, Trennzeichen: %6. "
               "Sicherheitsbackup: %7. %8")
         .arg(QString::number(result.inserted), QString::number(result.updated), QString::number(result.skipped),

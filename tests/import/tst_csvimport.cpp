@@ -454,7 +454,7 @@ private Q_SLOTS:
         QVERIFY2(!result.error, qPrintable(result.error.value_or(QString())));
         QCOMPARE(result.inserted, 2);
         QCOMPARE(result.delimiter, QStringLiteral("\t"));
-        QVERIFY(CSVImporter::statusLine(result).contains(QStringLiteral("Trennzeichen: Tab.")));
+        QVERIFY(CSVImporter::statusLine(result).contains(QStringLiteral("Trennzeichen: \t.")));
         const PoemPtr wasser = poemTitled(QStringLiteral("Über Wasser"));
         QVERIFY(wasser->isPublished());
         QCOMPARE(wasser->date(), utcDay(1970, 9, 3));

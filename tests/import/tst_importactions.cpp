@@ -184,6 +184,20 @@ private Q_SLOTS:
         QTRY_VERIFY(!report);
     }
 
+    void theReportShowsEveryReasonWhole()
+    {
+        const QString reason = QStringLiteral("Text konnte nicht extrahiert werden ") + QString(300, QLatin1Char('.'));
+        const ImportReport report{QDateTime::currentDateTimeUtc(),
+                                  QStringLiteral("Letzter Textimport"),
+                                  QStringLiteral("Import fertig"),
+                                  {{ImportReport::Status::failed, "a.docx", "Abend", reason},
+                                   {ImportReport::Status::imported, "b.docx", "Morgen", std::nullopt}}};
+        ImportReportWindow window(report, QStringLiteral("OdeLeaf import failures – x"));
+        QCOMPARE(window.itemTable()->item(0, 3)->toolTip(), reason);
+        QCOMPARE(window.detailsView()->toPlainText(),
+                 QStringLiteral("OdeLeaf import failures – x\n\nGründe:\na.docx → Abend: ") + reason);
+    }
+
     void singlePoemImportAsksBeforeReplacing()
     {
         FolderScanController scans(m_archive->context(), m_window.get());

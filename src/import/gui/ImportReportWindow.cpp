@@ -36,6 +36,20 @@ QIcon statusIcon(ImportReport::Status status)
     return {};
 }
 
+// The reasons in full, one file a line, where the "Grund" column has to cut them.
+QString withReasons(const QString &technicalDetails, const ImportReport &report)
+{
+    QStringList lines;
+    for (const ImportReport::Item &item : report.items) {
+        if (item.reason && !item.reason->isEmpty())
+            lines.append(QStringLiteral("%1 → %2: %3").arg(item.fileName, item.poemTitle, *item.reason));
+    }
+    if (lines.isEmpty())
+        return technicalDetails;
+    const QString reasons = ImportReportWindow::tr("Gründe:") + QLatin1Char('\n') + lines.join(QLatin1Char('\n'));
+    return technicalDetails.isEmpty() ? reasons : technicalDetails + QStringLiteral("\n\n") + reasons;
+}
+
 } // namespace
 
 ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString &technicalDetails, QWidget *parent)
@@ -99,7 +113,7 @@ ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString
     m_detailsToggle->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_detailsToggle->setArrowType(Qt::RightArrow);
     m_detailsToggle->setAutoRaise(true);
-    m_details = new QPlainTextEdit(technicalDetails, this);
+    m_details = new QPlainTextEdit(withReasons(technicalDetails, report), this);
     m_details->setReadOnly(true);
     m_details->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_details->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));

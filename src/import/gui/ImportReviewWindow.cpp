@@ -110,6 +110,9 @@ ImportReviewWindow::ImportReviewWindow(ArchiveContext &context, const FolderScan
         scan.proposals, [this](const QString &uri) { return poemTitle(uri); }, this);
     m_filtered = new ProposalFilterProxyModel(this);
     m_filtered->setSourceModel(m_model);
+    m_filtered->setSortRole(ImportProposalTableModel::sortRole);
+    m_filtered->setSortLocaleAware(true);
+    m_filtered->setSortCaseSensitivity(Qt::CaseInsensitive);
 
     auto *layout = new QVBoxLayout(this);
     layout->setSpacing(10);
@@ -214,6 +217,9 @@ QWidget *ImportReviewWindow::makeList()
     columns->setSectionResizeMode(ImportProposalTableModel::choiceColumn, QHeaderView::Interactive);
     columns->resizeSection(ImportProposalTableModel::choiceColumn, 300);
     columns->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // Sorted by a click on a header; until then in the order the matcher gave.
+    columns->setSortIndicator(-1, Qt::AscendingOrder);
+    m_table->setSortingEnabled(true);
 
     connect(m_table, &QTableView::clicked, this, [this](const QModelIndex &index) {
         if (index.column() == ImportProposalTableModel::choiceColumn)
@@ -307,6 +313,20 @@ QWidget *ImportReviewWindow::makeFooter()
     auto *layout = new QHBoxLayout(footer);
     layout->setContentsMargins(0, 0, 0, 0);
     auto *texts = new QVBoxLayout;
+    m_sharedChoices = new QLabel(footer);
+    m_sharedChoices->setObjectName(QStringLiteral("sharedChoiceWarning"));
+    m_sharedChoices->setWordWrap(true);
+    texts->addWidget(m_sharedChoices);
+    const auto showSharedChoices = [this] {
+        const int shared = m_model->sharedChoiceCount();
+        m_sharedChoices->setText(
+            shared == 1
+                ? tr("Ein Gedicht ist mehr als einer Datei zugeordnet; übernommen wird nur ein Text.")
+                : tr("%1 Gedichte sind mehr als einer Datei zugeordnet; übernommen wird je nur ein Text.").arg(shared));
+        m_sharedChoices->setVisible(shared > 0);
+    };
+    connect(m_model, &ImportProposalTableModel::sharedChoicesChanged, this, showSharedChoices);
+    showSharedChoices();
     m_status = new QLabel(footer);
     // A run's summary is one long line; wrapped, it cannot widen the window past the screen.
     m_status->setWordWrap(true);
