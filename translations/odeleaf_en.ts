@@ -406,10 +406,6 @@
         <translation>CSV import cancelled: safety backup failed (%1)</translation>
     </message>
     <message>
-        <source>Tab</source>
-        <translation>Tab</translation>
-    </message>
-    <message>
         <source>CSV Import: %1 neu, %2 aktualisiert, %3 übersprungen. Zeilen: %4, Spalten: %5, Trennzeichen: %6. Sicherheitsbackup: %7. %8</source>
         <translation>CSV import: %1 new, %2 updated, %3 skipped. Rows: %4, columns: %5, separator: %6. Safety backup: %7. %8</translation>
     </message>
@@ -986,6 +982,10 @@ Qt %4</translation>
         <source>Zuordnung</source>
         <translation>Assignment</translation>
     </message>
+    <message>
+        <source>Diesem Gedicht ist noch eine andere Datei zugeordnet; übernommen würde nur der Text der zuletzt gelesenen.</source>
+        <translation>Another file is assigned to this poem as well; only the text of the one read last would be kept.</translation>
+    </message>
 </context>
 <context>
     <name>ImportReport</name>
@@ -1021,6 +1021,10 @@ Qt %4</translation>
         <source>Letzter Bildimport</source>
         <translation>Last Image Import</translation>
     </message>
+    <message>
+        <source>Import abgebrochen</source>
+        <translation>Import cancelled</translation>
+    </message>
 </context>
 <context>
     <name>ImportReportWindow</name>
@@ -1047,6 +1051,14 @@ Qt %4</translation>
     <message>
         <source>Technische Details</source>
         <translation>Technical Details</translation>
+    </message>
+    <message>
+        <source>Gründe:</source>
+        <translation>Reasons:</translation>
+    </message>
+    <message>
+        <source>Schließen</source>
+        <translation>Close</translation>
     </message>
 </context>
 <context>
@@ -1165,6 +1177,14 @@ Qt %4</translation>
     <message>
         <source>Hält nach der Datei an, die gerade gelesen wird; Übernommenes bleibt.</source>
         <translation>Stops after the file being read; what was imported stays.</translation>
+    </message>
+    <message>
+        <source>Ein Gedicht ist mehr als einer Datei zugeordnet; übernommen wird nur ein Text.</source>
+        <translation>One poem is assigned to more than one file; only one text will be imported.</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte sind mehr als einer Datei zugeordnet; übernommen wird je nur ein Text.</source>
+        <translation>%1 poems are assigned to more than one file; only one text each will be imported.</translation>
     </message>
 </context>
 <context>
@@ -1955,6 +1975,10 @@ Qt %4</translation>
     <message>
         <source>Ersetzen…</source>
         <translation>Replace…</translation>
+    </message>
+    <message>
+        <source>Tabulator einfügen</source>
+        <translation>Insert Tab</translation>
     </message>
 </context>
 <context>
@@ -3186,6 +3210,10 @@ kept unchanged</translation>
     <message>
         <source>Keine aktuellen Meldungen.</source>
         <translation>No recent messages.</translation>
+    </message>
+    <message>
+        <source>Ganze Meldung…</source>
+        <translation>Whole Message…</translation>
     </message>
 </context>
 <context>
