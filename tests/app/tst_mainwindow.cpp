@@ -49,6 +49,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTemporaryDir>
@@ -680,6 +681,7 @@ private Q_SLOTS:
         // A line as laid out, leading included; the page margin scrolls away with the text.
         const QTextLayout *firstLine = body->document()->firstBlock().layout();
         QCOMPARE(firstLine->lineCount(), 1);
+        QVERIFY(!body->horizontalScrollBar()->isVisible());
         const int lineHeight = qCeil(firstLine->boundingRect().height() / firstLine->lineCount());
         QVERIFY2(body->viewport()->height() >= 8 * lineHeight,
                  qPrintable(QStringLiteral("%1 < 8 × %2").arg(body->viewport()->height()).arg(lineHeight)));

@@ -158,9 +158,10 @@ void RichPoemTextView::applyInsets()
 
 void RichPoemTextView::resizeEvent(QResizeEvent *event)
 {
-    QTextEdit::resizeEvent(event);
+    // The margins first: the base class lays the text out for the viewport they leave.
     if (event->size().width() != event->oldSize().width())
         applyInsets();
+    QTextEdit::resizeEvent(event);
 }
 
 PoemTextDocument *RichPoemTextView::poemDocument() const
