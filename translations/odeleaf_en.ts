@@ -1060,6 +1060,10 @@ Qt %4</translation>
         <source>Schließen</source>
         <translation>Close</translation>
     </message>
+    <message>
+        <source>dd.MM.yyyy, HH:mm</source>
+        <translation>MM/dd/yyyy, h:mm AP</translation>
+    </message>
 </context>
 <context>
     <name>ImportReviewOptions</name>
@@ -2626,6 +2630,10 @@ kept unchanged</translation>
     <message>
         <source>%1 Gedichte</source>
         <translation>%1 poems</translation>
+    </message>
+    <message>
+        <source>dd.MM.yyyy, HH:mm</source>
+        <translation>MM/dd/yyyy, h:mm AP</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include "backup/ArchiveJson.h"
 
 #include <QJsonArray>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -72,12 +73,26 @@ QString ImportReport::displayTitle(Status status)
 
 QString ImportReport::textImportTitle()
 {
-    return tr("Letzter Textimport");
+    return QString::fromUtf8(QT_TR_NOOP("Letzter Textimport"));
 }
 
 QString ImportReport::imageImportTitle()
 {
-    return tr("Letzter Bildimport");
+    return QString::fromUtf8(QT_TR_NOOP("Letzter Bildimport"));
+}
+
+QString ImportReport::displayedTitle() const
+{
+    return tr(title.toUtf8().constData());
+}
+
+QString ImportReport::displayedReason(const QString &storedReason)
+{
+    // The one reason with a value; a text that is no key (an older report) shows as it is.
+    static const QRegularExpression timeout(QStringLiteral("^Timeout nach (\\d+)s$"));
+    if (const QRegularExpressionMatch match = timeout.match(storedReason); match.hasMatch())
+        return QCoreApplication::translate("ImportRun", "Timeout nach %1s").arg(match.captured(1));
+    return QCoreApplication::translate("ImportRun", storedReason.toUtf8().constData());
 }
 
 QJsonObject ImportReport::toJson() const

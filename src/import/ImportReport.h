@@ -42,8 +42,11 @@ public:
     static QString rawValue(Status status);
     static std::optional<Status> statusFromRaw(const QString &raw);
     static QString displayTitle(Status status);
+    // Stored as they are (German, the keys of their translations); shown through displayed*.
     static QString textImportTitle();
     static QString imageImportTitle();
+    QString displayedTitle() const;
+    static QString displayedReason(const QString &storedReason);
 
     QJsonObject toJson() const;
     static std::optional<ImportReport> fromJson(const QJsonObject &object);

@@ -42,7 +42,8 @@ QString withReasons(const QString &technicalDetails, const ImportReport &report)
     QStringList lines;
     for (const ImportReport::Item &item : report.items) {
         if (item.reason && !item.reason->isEmpty())
-            lines.append(QStringLiteral("%1 → %2: %3").arg(item.fileName, item.poemTitle, *item.reason));
+            lines.append(QStringLiteral("%1 → %2: %3")
+                             .arg(item.fileName, item.poemTitle, ImportReport::displayedReason(*item.reason)));
     }
     if (lines.isEmpty())
         return technicalDetails;
@@ -55,7 +56,7 @@ QString withReasons(const QString &technicalDetails, const ImportReport &report)
 ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString &technicalDetails, QWidget *parent)
     : QDialog(parent)
 {
-    setWindowTitle(report.title);
+    setWindowTitle(report.displayedTitle());
     resize(860, 600);
     setSizeGripEnabled(true);
     auto *layout = new QVBoxLayout(this);
@@ -69,8 +70,8 @@ ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString
     headline->setFont(headlineFont);
     layout->addWidget(headline);
 
-    const QString when = QLocale().toString(report.createdAt.toLocalTime(), QLocale::ShortFormat);
-    auto *subtitle = new QLabel(tr("%1 – %2").arg(report.title, when), this);
+    const QString when = report.createdAt.toLocalTime().toString(tr("dd.MM.yyyy, HH:mm"));
+    auto *subtitle = new QLabel(tr("%1 – %2").arg(report.displayedTitle(), when), this);
     subtitle->setForegroundRole(QPalette::PlaceholderText);
     layout->addWidget(subtitle);
     auto *summary = wrappedLabel(MessageText::shortened(report.summary), this);
@@ -97,9 +98,10 @@ ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString
                          new QTableWidgetItem(statusIcon(item.status), ImportReport::displayTitle(item.status)));
         m_items->setItem(row, 1, new QTableWidgetItem(item.fileName));
         m_items->setItem(row, 2, new QTableWidgetItem(item.poemTitle));
-        m_items->setItem(row, 3, new QTableWidgetItem(item.reason.value_or(QString())));
+        const QString reason = item.reason ? ImportReport::displayedReason(*item.reason) : QString();
+        m_items->setItem(row, 3, new QTableWidgetItem(reason));
         m_items->item(row, 1)->setToolTip(item.fileName);
-        m_items->item(row, 3)->setToolTip(item.reason.value_or(QString()));
+        m_items->item(row, 3)->setToolTip(reason);
     }
     m_items->resizeColumnToContents(0);
     m_items->setColumnWidth(1, 260);
