@@ -2463,6 +2463,10 @@ kept unchanged</translation>
         <source>Feedback verschickst du mit deinem eigenen E-Mail-Programm. OdeLeaf sendet nichts von sich aus.</source>
         <translation>You send feedback with your own email program. OdeLeaf never sends anything on its own.</translation>
     </message>
+    <message>
+        <source>Diese Ausgabe von OdeLeaf sucht nicht selbst nach Updates und verbindet sich dafür mit keinem Server; neue Versionen kommen über die Paketverwaltung deines Systems.</source>
+        <translation>This edition of OdeLeaf does not check for updates itself and connects to no server for them; new versions come through your system's package manager.</translation>
+    </message>
 </context>
 <context>
     <name>ProposalFilter</name>

@@ -12,6 +12,7 @@
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFontDatabase>
@@ -24,6 +25,7 @@
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QWheelEvent>
 
 class SettingsWindowTest : public QObject {
@@ -64,6 +66,22 @@ private:
         for (const QLabel *label : window.findChildren<QLabel *>(QStringLiteral("settingsSection")))
             titles.append(label->text());
         return titles;
+    }
+
+    // The text of the privacy notice that "Details anzeigen" opens.
+    static QString privacyNoticeOf(SettingsWindow &window)
+    {
+        QString text;
+        QTimer::singleShot(0, &window, [&text] {
+            QWidget *notice = QApplication::activeModalWidget();
+            if (!notice)
+                return;
+            for (const QLabel *label : notice->findChildren<QLabel *>(QStringLiteral("privacyParagraph")))
+                text += label->text() + QLatin1Char('\n');
+            notice->close();
+        });
+        child<QPushButton>(window, QStringLiteral("privacyDetailsButton"))->click();
+        return text;
     }
 
 private Q_SLOTS:
@@ -296,6 +314,9 @@ private Q_SLOTS:
         QVERIFY(child<QLabel>(packaged, QStringLiteral("updateStatus"))->text().contains(u"Paketverwaltung"));
         SettingsWindow withoutManager(context(), nullptr);
         QVERIFY(child<QLabel>(withoutManager, QStringLiteral("updateStatus"))->text().contains(u"Paketverwaltung"));
+        // The privacy notice it opens tells the same: no download of a version list.
+        QVERIFY(!privacyNoticeOf(packaged).contains(u"Liste der verfügbaren Versionen"));
+        QVERIFY(privacyNoticeOf(packaged).contains(u"Paketverwaltung"));
 
         UpdateManager updates(QUrl(QStringLiteral("http://127.0.0.1:9/feed.xml")), QVersionNumber(1, 0));
         SettingsWindow window(context(), &updates);
@@ -305,6 +326,7 @@ private Q_SLOTS:
         QVERIFY(toggle->isChecked());
         QCOMPARE(status->text(),
                  QStringLiteral("OdeLeaf sucht höchstens einmal täglich automatisch nach neuen Versionen."));
+        QVERIFY(privacyNoticeOf(window).contains(u"Liste der verfügbaren Versionen"));
         toggle->click();
         QVERIFY(!updates.automaticallyChecksForUpdates());
         updates.setAutomaticallyChecksForUpdates(true);

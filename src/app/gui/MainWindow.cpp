@@ -655,7 +655,7 @@ void MainWindow::showAbout()
 
 void MainWindow::showPrivacyNotice()
 {
-    PrivacyNoticeDialog dialog(this);
+    PrivacyNoticeDialog dialog(m_updateManager && m_updateManager->hasFeed(), this);
     dialog.exec();
 }
 
