@@ -309,6 +309,20 @@
         <source>Automatische Tagessicherung fehlgeschlagen: %1</source>
         <translation>Automatic daily backup failed: %1</translation>
     </message>
+    <message numerus="yes">
+        <source>Sicherung erstellt: %n Gedicht gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Backup created: %n poem saved. File: %1</numerusform>
+            <numerusform>Backup created: %n poems saved. File: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Automatische Tagessicherung erstellt: %n Gedicht gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Automatic daily backup created: %n poem saved. File: %1</numerusform>
+            <numerusform>Automatic daily backup created: %n poems saved. File: %1</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>BoundedFileReader</name>
@@ -1025,6 +1039,10 @@ Qt %4</translation>
         <source>Import abgebrochen</source>
         <translation>Import cancelled</translation>
     </message>
+    <message>
+        <source>1 Datei geprüft</source>
+        <translation>1 file checked</translation>
+    </message>
 </context>
 <context>
     <name>ImportReportWindow</name>
@@ -1342,6 +1360,10 @@ Qt %4</translation>
     <message>
         <source>Letzter Import rückgängig gemacht: %1 Gedichte wiederhergestellt.</source>
         <translation>Last import undone: %1 poems restored.</translation>
+    </message>
+    <message>
+        <source>Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt.</source>
+        <translation>Last import undone: 1 poem restored.</translation>
     </message>
 </context>
 <context>
@@ -1697,6 +1719,13 @@ Qt %4</translation>
     <message>
         <source>Reader-Paket abgebrochen.</source>
         <translation>Reader package canceled.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Reader-Paket erstellt: %n Gedicht gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Reader package created: %n poem saved. File: %1</numerusform>
+            <numerusform>Reader package created: %n poems saved. File: %1</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2465,7 +2494,7 @@ kept unchanged</translation>
     </message>
     <message>
         <source>Diese Ausgabe von OdeLeaf sucht nicht selbst nach Updates und verbindet sich dafür mit keinem Server; neue Versionen kommen über die Paketverwaltung deines Systems.</source>
-        <translation>This edition of OdeLeaf does not check for updates itself and connects to no server for them; new versions come through your system's package manager.</translation>
+        <translation>This edition of OdeLeaf does not check for updates itself and connects to no server for them; new versions come through your system&apos;s package manager.</translation>
     </message>
 </context>
 <context>
@@ -2636,8 +2665,8 @@ kept unchanged</translation>
         <translation>%1 poems</translation>
     </message>
     <message>
-        <source>dd.MM.yyyy, HH:mm</source>
-        <translation>MM/dd/yyyy, h:mm AP</translation>
+        <source>dd.MM.yyyy HH:mm</source>
+        <translation>MM/dd/yyyy h:mm AP</translation>
     </message>
 </context>
 <context>
@@ -3207,6 +3236,13 @@ kept unchanged</translation>
     <message>
         <source>PDF-Dateien (*.pdf)</source>
         <translation>PDF Files (*.pdf)</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Gedicht im Archiv</source>
+        <translation>
+            <numerusform>%n poem in the archive</numerusform>
+            <numerusform>%n poems in the archive</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -32,6 +32,8 @@ QString ImportReport::headline() const
 
 QString ImportReport::checkedFilesText() const
 {
+    if (items.size() == 1)
+        return tr("1 Datei geprüft");
     return tr("%1 Dateien geprüft").arg(items.size());
 }
 

@@ -430,7 +430,7 @@ private Q_SLOTS:
         // A fresh installation writes the daily safety backup at once and says so.
         const QString status = m_window->sidebar()->statusPanel()->status();
         QVERIFY2(status.startsWith(
-                     QStringLiteral("Automatische Tagessicherung erstellt: 1 Gedichte gespeichert. Datei: daily-")),
+                     QStringLiteral("Automatische Tagessicherung erstellt: 1 Gedicht gespeichert. Datei: daily-")),
                  qPrintable(status));
         QCOMPARE(
             QDir(m_dir.filePath(QStringLiteral("Safety Backups"))).entryList({QStringLiteral("daily-*.json")}).size(),
@@ -494,7 +494,7 @@ private Q_SLOTS:
         operations->imports()->undoAction()->trigger();
         QCOMPARE(poem->text(), QStringLiteral("alt"));
         QCOMPARE(m_window->statusText(),
-                 QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedichte wiederhergestellt."));
+                 QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt."));
         QVERIFY(!operations->imports()->undoAction()->isEnabled());
     }
 

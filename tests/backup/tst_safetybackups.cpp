@@ -86,7 +86,7 @@ private Q_SLOTS:
         QCOMPARE(namesOf(files), (QStringList{restore, csv, daily}));
         QCOMPARE(files.first().kind, SafetyBackupKind::beforeRestore);
         QCOMPARE(files.first().createdAt, local(2026, 3, 4, 21));
-        QCOMPARE(files.first().createdText(), QStringLiteral("04.03.2026, 21:00"));
+        QCOMPARE(files.first().createdText(), QStringLiteral("04.03.2026 21:00"));
         for (const SafetyBackupFile &file : files) {
             QCOMPARE(file.poemCount, std::optional<qint64>(3));
             QCOMPARE(file.bytes, QFileInfo(file.path).size());

@@ -479,7 +479,7 @@ private Q_SLOTS:
         QVERIFY(document.ok() && document->richTextData && document->note.isEmpty());
         QVERIFY(SinglePoemImport::apply(context(), *poem, *document, QStringLiteral("Herbstlied.docx")).ok());
         QCOMPARE(ImportUndo::undoLastImport(context()).value(),
-                 QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedichte wiederhergestellt."));
+                 QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt."));
         QCOMPARE(poem->text(), read->text);
 
         QCOMPARE(SinglePoemImport::read(m_archive->path(QStringLiteral("fehlt.txt"))).errorMessage(),
@@ -505,6 +505,7 @@ private Q_SLOTS:
         QVERIFY(ImportStateFiles::saveReport(report).ok());
         QCOMPARE(ImportStateFiles::loadReport(), report);
         QCOMPARE(report.headline(), QStringLiteral("Import mit Hinweisen abgeschlossen"));
+        QCOMPARE(report.checkedFilesText(), QStringLiteral("1 Datei geprüft"));
         report.items.first().status = ImportReport::Status::imported;
         QCOMPARE(report.headline(), QStringLiteral("Import abgeschlossen"));
     }

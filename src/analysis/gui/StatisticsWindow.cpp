@@ -54,7 +54,10 @@ StatisticsWindow::StatisticsWindow(const StatisticsReport &report, QWidget *pare
     layout->setContentsMargins(20, 18, 0, 0);
     layout->setSpacing(12);
 
-    layout->addWidget(makeLabel(tr("%n Gedichte im Archiv", nullptr, m_report.totalPoems()), this, 1.5, true));
+    const int total = m_report.totalPoems();
+    layout->addWidget(
+        makeLabel(total == 1 ? tr("%n Gedicht im Archiv", nullptr, total) : tr("%n Gedichte im Archiv", nullptr, total),
+                  this, 1.5, true));
     QString stand = tr("Stand: %1").arg(StatisticsReport::dateTimeText(m_report.createdAt));
     if (m_report.lastUpdated)
         stand += QStringLiteral(" · ") +
