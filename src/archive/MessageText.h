@@ -13,4 +13,7 @@ public:
     // At most limit characters including the closing ellipsis; never splits a surrogate pair.
     static QString shortened(const QString &text, qsizetype limit = statusLimit);
     static bool isShortened(const QString &text, qsizetype limit = statusLimit) { return text.size() > limit; }
+    // The whole text with every line longer than width broken into pieces of that width:
+    // a viewer lays out and draws a line of megabytes slowly and garbled.
+    static QString inLines(const QString &text, qsizetype width = 1000);
 };

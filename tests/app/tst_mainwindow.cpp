@@ -397,6 +397,13 @@ private Q_SLOTS:
         QCOMPARE(shown->text(), QString(MessageText::statusLimit - 2, QLatin1Char('a')) + QChar(0x2026));
         QVERIFY(shown->toolTip().size() <= MessageText::tooltipLimit);
         QVERIFY(!whole->isHidden());
+        // The whole message is shown in lines a viewer can lay out; nothing of it is lost.
+        const QString lines = MessageText::inLines(huge);
+        QCOMPARE(QString(lines).remove(QLatin1Char('\n')), huge);
+        QVERIFY(std::ranges::all_of(lines.split(QLatin1Char('\n')),
+                                    [](const QString &line) { return line.size() <= 1000; }));
+        QCOMPARE(MessageText::inLines(QStringLiteral("abc\ndefgh"), 3), QStringLiteral("abc\ndef\ngh"));
+        QCOMPARE(MessageText::inLines(QStringLiteral("ab😀c"), 3), QStringLiteral("ab😀\nc"));
         window.setStatus(QStringLiteral("Kurz."));
         QCOMPARE(shown->text(), QStringLiteral("Kurz."));
         QVERIFY(whole->isHidden() && shown->toolTip().isEmpty());

@@ -107,8 +107,7 @@ void StatusPanel::showWholeStatus()
     auto *layout = new QVBoxLayout(&dialog);
     auto *text = new QPlainTextEdit(&dialog);
     text->setReadOnly(true);
-    text->setLineWrapMode(QPlainTextEdit::NoWrap);
-    text->setPlainText(m_status);
+    text->setPlainText(MessageText::inLines(m_status));
     layout->addWidget(text);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
     connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
