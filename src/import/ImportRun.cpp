@@ -345,7 +345,9 @@ void ImportRun::applyText(const ImportWorkItem &item, const ImportExtraction &ex
         record(Status::skipped, item, reasonKey(QT_TR_NOOP("Gedicht hatte bereits Text")));
     } else if (!outcome.applied) {
         ++m_counts.failed;
-        record(Status::failed, item, reasonKey(QT_TR_NOOP("Gedicht nicht gefunden")));
+        // Not one of the report's reasons: the item fails without one, the details say why.
+        record(Status::failed, item, std::nullopt);
+        logLine(item, tr("Gedicht nicht gefunden"));
     } else if (outcome.saveError) {
         ++m_counts.failed;
         record(Status::failed, item, reasonKey(QT_TR_NOOP("Speichern fehlgeschlagen")));
@@ -361,14 +363,16 @@ void ImportRun::applyImage(const ImportWorkItem &item)
     const PoemPtr poem = m_applier->poem(item.poemID);
     if (!poem) {
         ++m_counts.failed;
-        record(ImportReport::Status::failed, item, reasonKey(QT_TR_NOOP("Gedicht nicht gefunden")));
+        record(ImportReport::Status::failed, item, std::nullopt);
+        logLine(item, tr("Gedicht nicht gefunden"));
         return;
     }
     // The editor's own step, so an imported picture is stored like one inserted by hand.
     const auto appended = PoemRichText::appendingImage(item.filePath, poem->richTextData(), poem->text());
     if (!appended) {
         ++m_counts.failed;
-        record(ImportReport::Status::failed, item, appended.errorMessage());
+        record(ImportReport::Status::failed, item, std::nullopt);
+        logLine(item, appended.errorMessage());
         return;
     }
     const ImportApplier::Outcome outcome = m_applier->apply(item.poemID, appended->text, appended->richTextData, false);

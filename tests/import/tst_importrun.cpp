@@ -451,6 +451,11 @@ private Q_SLOTS:
                      QStringLiteral("Bildimport: 1 angehängt, 1 fehlgeschlagen. Sicherheitsbackup: pre-image-import-")),
                  qPrintable(importRun.statusText()));
         QCOMPARE(importRun.report().title, QStringLiteral("Letzter Bildimport"));
+        // An unreadable picture is no reason the report knows: it fails without one, the details say why.
+        QCOMPARE(importRun.report().items.size(), 2);
+        QCOMPARE(importRun.report().items.at(1).status, ImportReport::Status::failed);
+        QVERIFY(!importRun.report().items.at(1).reason);
+        QVERIFY(importRun.logText().contains(QStringLiteral("Kaputt.jpg")));
         QCOMPARE(poem->text(), QStringLiteral("Zeile\n") + QChar(QChar::ObjectReplacementCharacter));
         const auto body = PoemRichText::decode(poem->richTextData().value());
         QVERIFY(body && body->lastBlock().begin().fragment().charFormat().isImageFormat());
