@@ -569,10 +569,6 @@
         <translation>Duplicate check: %1 identical titles, %2 similar titles found.</translation>
     </message>
     <message>
-        <source>%1 Gedichte geprüft. %2 gleiche Titel, %3 ähnliche Titel gefunden. Es wurde nichts verändert.</source>
-        <translation>%1 poems checked. %2 identical titles, %3 similar titles found. Nothing was changed.</translation>
-    </message>
-    <message>
         <source>Keine Auffälligkeiten gefunden</source>
         <translation>Nothing Unusual Found</translation>
     </message>
@@ -587,6 +583,32 @@
     <message>
         <source>Ähnliche Titel (%1 %):</source>
         <translation>Similar titles (%1 %):</translation>
+    </message>
+    <message>
+        <source>1 Gedicht geprüft.</source>
+        <translation>1 poem checked.</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte geprüft.</source>
+        <translation>%1 poems checked.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n gleiche Titel</source>
+        <translation>
+            <numerusform>%n identical title</numerusform>
+            <numerusform>%n identical titles</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n ähnliche Titel gefunden.</source>
+        <translation>
+            <numerusform>%n similar title found.</numerusform>
+            <numerusform>%n similar titles found.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Es wurde nichts verändert.</source>
+        <translation>Nothing was changed.</translation>
     </message>
 </context>
 <context>
@@ -1491,7 +1513,7 @@ Qt %4</translation>
     <name>LibraryBrowser</name>
     <message>
         <source>%1 von %2 Gedicht gefunden</source>
-        <translation>%1 of %2 poem found</translation>
+        <translation>%1 of %2 poems found</translation>
     </message>
     <message>
         <source>%1 von %2 Gedichte gefunden</source>

@@ -1,3 +1,4 @@
+#include "analysis/DuplicateChecker.h"
 #include "analysis/StatisticsReport.h"
 #include "app/gui/ArchiveOperations.h"
 #include "app/gui/MainWindow.h"
@@ -183,6 +184,11 @@ private Q_SLOTS:
                  QStringLiteral("Backup created: 2 poems saved. File: OdeLeaf-Backup-2026-11-14-2103.json"));
         QCOMPARE(BackupStatus::backupCreated(0, path).left(29), QStringLiteral("Backup created: 0 poems saved"));
         QCOMPARE(QCoreApplication::translate("PoemPickerDialog", "%1 von %2 Gedicht"), QStringLiteral("%1 of %2 poem"));
+        DuplicateCheckReport checked;
+        checked.poemCount = 1;
+        checked.similarPairs.resize(1);
+        QCOMPARE(DuplicateChecker::summaryText(checked),
+                 QStringLiteral("1 poem checked. 0 identical titles, 1 similar title found. Nothing was changed."));
         QCOMPARE(QCoreApplication::translate("PoemPickerDialog", "%1 von %2 Gedichten"),
                  QStringLiteral("%1 of %2 poems"));
     }
