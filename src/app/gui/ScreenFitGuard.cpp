@@ -25,6 +25,7 @@ QRect ScreenFitGuard::fittedGeometry(const QRect &wanted, const QSize &minimum, 
     const QSize room = (available.size() - decorationAllowance()).expandedTo(QSize(1, 1));
     const QSize size = wanted.size().boundedTo(room).expandedTo(minimum);
     QRect fitted(wanted.topLeft(), size);
+    // The title bar sits above the window's own top: the allowance less the lower border.
     const int top = available.top() + decorationAllowance().height() - decorationAllowance().width() / 2;
     if (fitted.right() > available.right())
         fitted.moveRight(available.right());
