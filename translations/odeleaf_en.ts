@@ -309,6 +309,20 @@
         <source>Automatische Tagessicherung fehlgeschlagen: %1</source>
         <translation>Automatic daily backup failed: %1</translation>
     </message>
+    <message numerus="yes">
+        <source>Sicherung erstellt: %n Gedicht gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Backup created: %n poem saved. File: %1</numerusform>
+            <numerusform>Backup created: %n poems saved. File: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Automatische Tagessicherung erstellt: %n Gedicht gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Automatic daily backup created: %n poem saved. File: %1</numerusform>
+            <numerusform>Automatic daily backup created: %n poems saved. File: %1</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>BoundedFileReader</name>
@@ -404,10 +418,6 @@
     <message>
         <source>CSV-Import abgebrochen: Sicherheitsbackup fehlgeschlagen (%1)</source>
         <translation>CSV import cancelled: safety backup failed (%1)</translation>
-    </message>
-    <message>
-        <source>Tab</source>
-        <translation>Tab</translation>
     </message>
     <message>
         <source>CSV Import: %1 neu, %2 aktualisiert, %3 übersprungen. Zeilen: %4, Spalten: %5, Trennzeichen: %6. Sicherheitsbackup: %7. %8</source>
@@ -559,10 +569,6 @@
         <translation>Duplicate check: %1 identical titles, %2 similar titles found.</translation>
     </message>
     <message>
-        <source>%1 Gedichte geprüft. %2 gleiche Titel, %3 ähnliche Titel gefunden. Es wurde nichts verändert.</source>
-        <translation>%1 poems checked. %2 identical titles, %3 similar titles found. Nothing was changed.</translation>
-    </message>
-    <message>
         <source>Keine Auffälligkeiten gefunden</source>
         <translation>Nothing Unusual Found</translation>
     </message>
@@ -577,6 +583,32 @@
     <message>
         <source>Ähnliche Titel (%1 %):</source>
         <translation>Similar titles (%1 %):</translation>
+    </message>
+    <message>
+        <source>1 Gedicht geprüft.</source>
+        <translation>1 poem checked.</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte geprüft.</source>
+        <translation>%1 poems checked.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n gleiche Titel</source>
+        <translation>
+            <numerusform>%n identical title</numerusform>
+            <numerusform>%n identical titles</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n ähnliche Titel gefunden.</source>
+        <translation>
+            <numerusform>%n similar title found.</numerusform>
+            <numerusform>%n similar titles found.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Es wurde nichts verändert.</source>
+        <translation>Nothing was changed.</translation>
     </message>
 </context>
 <context>
@@ -986,6 +1018,10 @@ Qt %4</translation>
         <source>Zuordnung</source>
         <translation>Assignment</translation>
     </message>
+    <message>
+        <source>Diesem Gedicht ist noch eine andere Datei zugeordnet; übernommen würde nur der Text der zuletzt gelesenen.</source>
+        <translation>Another file is assigned to this poem as well; only the text of the one read last would be kept.</translation>
+    </message>
 </context>
 <context>
     <name>ImportReport</name>
@@ -1021,6 +1057,14 @@ Qt %4</translation>
         <source>Letzter Bildimport</source>
         <translation>Last Image Import</translation>
     </message>
+    <message>
+        <source>Import abgebrochen</source>
+        <translation>Import cancelled</translation>
+    </message>
+    <message>
+        <source>1 Datei geprüft</source>
+        <translation>1 file checked</translation>
+    </message>
 </context>
 <context>
     <name>ImportReportWindow</name>
@@ -1047,6 +1091,18 @@ Qt %4</translation>
     <message>
         <source>Technische Details</source>
         <translation>Technical Details</translation>
+    </message>
+    <message>
+        <source>Gründe:</source>
+        <translation>Reasons:</translation>
+    </message>
+    <message>
+        <source>dd.MM.yyyy, HH:mm</source>
+        <translation>MM/dd/yyyy, h:mm AP</translation>
+    </message>
+    <message>
+        <source>Schließen</source>
+        <translation>Close</translation>
     </message>
 </context>
 <context>
@@ -1165,6 +1221,14 @@ Qt %4</translation>
     <message>
         <source>Hält nach der Datei an, die gerade gelesen wird; Übernommenes bleibt.</source>
         <translation>Stops after the file being read; what was imported stays.</translation>
+    </message>
+    <message>
+        <source>Ein Gedicht ist mehr als einer Datei zugeordnet; übernommen wird nur ein Text.</source>
+        <translation>One poem is assigned to more than one file; only one text will be imported.</translation>
+    </message>
+    <message>
+        <source>%1 Gedichte sind mehr als einer Datei zugeordnet; übernommen wird je nur ein Text.</source>
+        <translation>%1 poems are assigned to more than one file; only one text each will be imported.</translation>
     </message>
 </context>
 <context>
@@ -1318,6 +1382,10 @@ Qt %4</translation>
     <message>
         <source>Letzter Import rückgängig gemacht: %1 Gedichte wiederhergestellt.</source>
         <translation>Last import undone: %1 poems restored.</translation>
+    </message>
+    <message>
+        <source>Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt.</source>
+        <translation>Last import undone: 1 poem restored.</translation>
     </message>
 </context>
 <context>
@@ -1674,6 +1742,13 @@ Qt %4</translation>
         <source>Reader-Paket abgebrochen.</source>
         <translation>Reader package canceled.</translation>
     </message>
+    <message numerus="yes">
+        <source>Reader-Paket erstellt: %n Gedicht gespeichert. Datei: %1</source>
+        <translation>
+            <numerusform>Reader package created: %n poem saved. File: %1</numerusform>
+            <numerusform>Reader package created: %n poems saved. File: %1</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>ParagraphSpacingOption</name>
@@ -1959,6 +2034,10 @@ Qt %4</translation>
     <message>
         <source>Versmaß</source>
         <translation>Metre</translation>
+    </message>
+    <message>
+        <source>Tabulator einfügen</source>
+        <translation>Insert Tab</translation>
     </message>
 </context>
 <context>
@@ -2439,6 +2518,10 @@ kept unchanged</translation>
         <source>Feedback verschickst du mit deinem eigenen E-Mail-Programm. OdeLeaf sendet nichts von sich aus.</source>
         <translation>You send feedback with your own email program. OdeLeaf never sends anything on its own.</translation>
     </message>
+    <message>
+        <source>Diese Ausgabe von OdeLeaf sucht nicht selbst nach Updates und verbindet sich dafür mit keinem Server; neue Versionen kommen über die Paketverwaltung deines Systems.</source>
+        <translation>This edition of OdeLeaf does not check for updates itself and connects to no server for them; new versions come through your system&apos;s package manager.</translation>
+    </message>
 </context>
 <context>
     <name>ProposalFilter</name>
@@ -2606,6 +2689,10 @@ kept unchanged</translation>
     <message>
         <source>%1 Gedichte</source>
         <translation>%1 poems</translation>
+    </message>
+    <message>
+        <source>dd.MM.yyyy HH:mm</source>
+        <translation>MM/dd/yyyy h:mm AP</translation>
     </message>
 </context>
 <context>
@@ -3176,6 +3263,13 @@ kept unchanged</translation>
         <source>PDF-Dateien (*.pdf)</source>
         <translation>PDF Files (*.pdf)</translation>
     </message>
+    <message numerus="yes">
+        <source>%n Gedicht im Archiv</source>
+        <translation>
+            <numerusform>%n poem in the archive</numerusform>
+            <numerusform>%n poems in the archive</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>StatusPanel</name>
@@ -3190,6 +3284,10 @@ kept unchanged</translation>
     <message>
         <source>Keine aktuellen Meldungen.</source>
         <translation>No recent messages.</translation>
+    </message>
+    <message>
+        <source>Ganze Meldung…</source>
+        <translation>Whole Message…</translation>
     </message>
 </context>
 <context>

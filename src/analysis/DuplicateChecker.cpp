@@ -314,10 +314,12 @@ QString DuplicateChecker::statusLine(const DuplicateCheckReport &report)
 
 QString DuplicateChecker::summaryText(const DuplicateCheckReport &report)
 {
-    return tr("%1 Gedichte geprüft. %2 gleiche Titel, %3 ähnliche Titel gefunden. Es wurde nichts verändert.")
-        .arg(report.poemCount)
-        .arg(report.exactGroups.size())
-        .arg(report.similarPairs.size());
+    // German counts of one are chosen here; English takes its plurals from the translation.
+    const QString checked =
+        report.poemCount == 1 ? tr("1 Gedicht geprüft.") : tr("%1 Gedichte geprüft.").arg(report.poemCount);
+    return checked + QLatin1Char(' ') + tr("%n gleiche Titel", nullptr, int(report.exactGroups.size())) +
+           QStringLiteral(", ") + tr("%n ähnliche Titel gefunden.", nullptr, int(report.similarPairs.size())) +
+           QLatin1Char(' ') + tr("Es wurde nichts verändert.");
 }
 
 QString DuplicateChecker::noFindingsHeading()

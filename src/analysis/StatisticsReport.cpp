@@ -76,10 +76,13 @@ QString fromIcu(const icu::UnicodeString &text)
     return QString(reinterpret_cast<const QChar *>(text.getBuffer()), text.length());
 }
 
-const icu::Locale &germanLocale()
+// de_DE, or the interface's English: the figures read in the language around them.
+icu::Locale displayLocale()
 {
-    static const icu::Locale locale("de", "DE");
-    return locale;
+    const QLocale shown;
+    if (shown.language() != QLocale::English)
+        return icu::Locale("de", "DE");
+    return icu::Locale("en", QLocale::territoryToCode(shown.territory()).toLatin1().constData());
 }
 
 } // namespace
@@ -205,9 +208,9 @@ QString StatisticsReport::categoryLine(const CategoryStatistic &category) const
 QString StatisticsReport::percentText(double fraction)
 {
     UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::NumberFormat> format(icu::NumberFormat::createPercentInstance(germanLocale(), status));
+    std::unique_ptr<icu::NumberFormat> format(icu::NumberFormat::createPercentInstance(displayLocale(), status));
     if (U_FAILURE(status) || !format)
-        return QLocale(QLocale::German).toString(fraction * 100, 'f', 1) + QStringLiteral("\u00A0%");
+        return QLocale().toString(fraction * 100, 'f', 1) + QStringLiteral("\u00A0%");
     format->setMinimumFractionDigits(0);
     format->setMaximumFractionDigits(1);
     icu::UnicodeString text;
@@ -218,9 +221,9 @@ QString StatisticsReport::percentText(double fraction)
 QString StatisticsReport::dateTimeText(const QDateTime &dateTime)
 {
     std::unique_ptr<icu::DateFormat> format(
-        icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium, icu::DateFormat::kShort, germanLocale()));
+        icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium, icu::DateFormat::kShort, displayLocale()));
     if (!format)
-        return QLocale(QLocale::German).toString(dateTime.toLocalTime(), QLocale::ShortFormat);
+        return QLocale().toString(dateTime.toLocalTime(), QLocale::ShortFormat);
     icu::UnicodeString text;
     format->format(UDate(dateTime.toMSecsSinceEpoch()), text);
     return fromIcu(text);

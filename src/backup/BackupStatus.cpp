@@ -14,7 +14,10 @@ QString fileName(const QString &path)
 
 QString BackupStatus::backupCreated(int poemCount, const QString &path)
 {
-    return tr("Sicherung erstellt: %n Gedichte gespeichert. Datei: %1", nullptr, poemCount).arg(fileName(path));
+    // German has no plural translation loaded: the form is chosen here, and English has both.
+    return (poemCount == 1 ? tr("Sicherung erstellt: %n Gedicht gespeichert. Datei: %1", nullptr, poemCount)
+                           : tr("Sicherung erstellt: %n Gedichte gespeichert. Datei: %1", nullptr, poemCount))
+        .arg(fileName(path));
 }
 
 QString BackupStatus::backupFailed(const QString &reason)
@@ -53,7 +56,9 @@ QString BackupStatus::restoreAborted(const QString &reason)
 
 QString BackupStatus::dailyBackupCreated(int poemCount, const QString &path)
 {
-    return tr("Automatische Tagessicherung erstellt: %n Gedichte gespeichert. Datei: %1", nullptr, poemCount)
+    return (poemCount == 1
+                ? tr("Automatische Tagessicherung erstellt: %n Gedicht gespeichert. Datei: %1", nullptr, poemCount)
+                : tr("Automatische Tagessicherung erstellt: %n Gedichte gespeichert. Datei: %1", nullptr, poemCount))
         .arg(fileName(path));
 }
 

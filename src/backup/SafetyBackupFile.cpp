@@ -92,7 +92,7 @@ SafetyBackupFile SafetyBackupFile::inspect(const QString &path)
 
 QString SafetyBackupFile::createdText() const
 {
-    return QLocale().toString(createdAt.toLocalTime(), QStringLiteral("dd.MM.yyyy HH:mm"));
+    return createdAt.toLocalTime().toString(tr("dd.MM.yyyy HH:mm"));
 }
 
 QString SafetyBackupFile::poemCountText() const

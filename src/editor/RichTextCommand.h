@@ -30,6 +30,7 @@ public:
         checkSpelling,
         insertCaption,
         insertDivider,
+        insertTab,
     };
 
     // A command without a value.

@@ -159,7 +159,9 @@ QString OdeLeafReaderPackageExporter::proposedFileName(const QDateTime &now)
 
 QString OdeLeafReaderPackageExporter::createdStatus(int poemCount, const QString &path)
 {
-    return tr("Reader-Paket erstellt: %n Gedichte gespeichert. Datei: %1", nullptr, poemCount)
+    // German has no plural translation loaded: the form is chosen here, and English has both.
+    return (poemCount == 1 ? tr("Reader-Paket erstellt: %n Gedicht gespeichert. Datei: %1", nullptr, poemCount)
+                           : tr("Reader-Paket erstellt: %n Gedichte gespeichert. Datei: %1", nullptr, poemCount))
         .arg(QFileInfo(path).fileName());
 }
 

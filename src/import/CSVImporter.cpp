@@ -194,24 +194,30 @@ QString CSVImporter::cleanCategory(const QString &cell)
 
 CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext &context, const QDateTime &now)
 {
-    CSVImportResult result;
+    return apply(read(path), context, now);
+}
+
+CSVPreparedImport CSVImporter::read(const QString &path)
+{
+    CSVPreparedImport prepared;
+    CSVImportResult &result = prepared.result;
     const auto bytes = CSVFileReader::read(path);
     if (!bytes) {
         const QString access = QFileInfo(path).isReadable() ? tr("ja") : tr("nein");
         result.diagnostics = QStringLiteral("Security-Scope=") + access;
         result.error =
             tr("Datei konnte nicht gelesen werden: %1 | %2").arg(readable(bytes.errorMessage()), result.diagnostics);
-        return result;
+        return prepared;
     }
     result.diagnostics = QStringLiteral("bytes=%1").arg(bytes->size());
     if (bytes->isEmpty()) {
         result.error = otherError(tr("Leere Datei"), result.diagnostics);
-        return result;
+        return prepared;
     }
-    const auto document = CSVDocument::read(*bytes);
+    auto document = CSVDocument::read(*bytes);
     if (!document) {
         result.error = otherError(document.errorMessage(), result.diagnostics);
-        return result;
+        return prepared;
     }
     result.rows = int(document->dataRows.rowCount());
     result.maxColumns = document->maxColumns;
@@ -219,9 +225,17 @@ CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext 
     result.diagnostics = QStringLiteral("Encoding: ") + document->encoding;
     if (document->dataRows.rowCount() == 0) {
         result.error = otherError(noDataRowsMessage(bytes->size(), document->header), result.diagnostics);
-        return result;
+        return prepared;
     }
+    prepared.document = std::move(*document);
+    return prepared;
+}
 
+CSVImportResult CSVImporter::apply(const CSVPreparedImport &prepared, ArchiveContext &context, const QDateTime &now)
+{
+    CSVImportResult result = prepared.result;
+    if (result.error || !prepared.document)
+        return result;
     const auto safetyBackup =
         BackupExporter::writeAutomaticSafetyBackup(context.fetch(), QStringLiteral("pre-csv-import"), now);
     if (!safetyBackup) {
@@ -231,7 +245,7 @@ CSVImportResult CSVImporter::importGedichte(const QString &path, ArchiveContext 
     }
     result.safetyBackupPath = *safetyBackup;
 
-    applyRows(*document, context, now.toUTC(), result);
+    applyRows(*prepared.document, context, now.toUTC(), result);
     // A failed save keeps the rows in memory for a later save; the safety backup is the way back.
     if (context.hasChanges()) {
         if (const auto saved = context.save(); !saved)
@@ -246,8 +260,8 @@ QString CSVImporter::statusLine(const CSVImportResult &result)
 {
     if (result.error)
         return *result.error;
-    // A tab would show as a gap in the status panel.
-    const QString delimiter = result.delimiter == QStringLiteral("\t") ? tr("Tab") : result.delimiter;
+    // The separator as it is, a tab character too: the line names what the file holds.
+    const QString &delimiter = result.delimiter;
     return tr("CSV Import: %1 neu, %2 aktualisiert, %3 übersprungen. Zeilen: %4, Spalten: %5, Trennzeichen: %6. "
               "Sicherheitsbackup: %7. %8")
         .arg(QString::number(result.inserted), QString::number(result.updated), QString::number(result.skipped),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "import/CSVImportResult.h"
+#include "import/CSVPreparedImport.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -17,6 +18,11 @@ class CSVImporter {
 public:
     static CSVImportResult importGedichte(const QString &path, ArchiveContext &context,
                                           const QDateTime &now = QDateTime::currentDateTime());
+    // The two halves of importGedichte: reading touches no archive and may run on a worker
+    // thread, so a large file never blocks the window; applying runs on the archive's thread.
+    static CSVPreparedImport read(const QString &path);
+    static CSVImportResult apply(const CSVPreparedImport &prepared, ArchiveContext &context,
+                                 const QDateTime &now = QDateTime::currentDateTime());
 
     // The line for the status panel: the summary, or the failure.
     static QString statusLine(const CSVImportResult &result);

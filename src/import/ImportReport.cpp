@@ -3,6 +3,7 @@
 #include "backup/ArchiveJson.h"
 
 #include <QJsonArray>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -16,11 +17,14 @@ const QString statusKey = QStringLiteral("status");
 const QString fileNameKey = QStringLiteral("fileName");
 const QString poemTitleKey = QStringLiteral("poemTitle");
 const QString reasonKey = QStringLiteral("reason");
+const QString cancelledKey = QStringLiteral("cancelled");
 
 } // namespace
 
 QString ImportReport::headline() const
 {
+    if (cancelled)
+        return tr("Import abgebrochen");
     const bool clean =
         std::all_of(items.begin(), items.end(), [](const Item &item) { return item.status == Status::imported; });
     return clean ? tr("Import abgeschlossen") : tr("Import mit Hinweisen abgeschlossen");
@@ -28,6 +32,8 @@ QString ImportReport::headline() const
 
 QString ImportReport::checkedFilesText() const
 {
+    if (items.size() == 1)
+        return tr("1 Datei geprüft");
     return tr("%1 Dateien geprüft").arg(items.size());
 }
 
@@ -69,12 +75,26 @@ QString ImportReport::displayTitle(Status status)
 
 QString ImportReport::textImportTitle()
 {
-    return tr("Letzter Textimport");
+    return QString::fromUtf8(QT_TR_NOOP("Letzter Textimport"));
 }
 
 QString ImportReport::imageImportTitle()
 {
-    return tr("Letzter Bildimport");
+    return QString::fromUtf8(QT_TR_NOOP("Letzter Bildimport"));
+}
+
+QString ImportReport::displayedTitle() const
+{
+    return tr(title.toUtf8().constData());
+}
+
+QString ImportReport::displayedReason(const QString &storedReason)
+{
+    // The one reason with a value; a text that is no key (an older report) shows as it is.
+    static const QRegularExpression timeout(QStringLiteral("^Timeout nach (\\d+)s$"));
+    if (const QRegularExpressionMatch match = timeout.match(storedReason); match.hasMatch())
+        return QCoreApplication::translate("ImportRun", "Timeout nach %1s").arg(match.captured(1));
+    return QCoreApplication::translate("ImportRun", storedReason.toUtf8().constData());
 }
 
 QJsonObject ImportReport::toJson() const
@@ -87,10 +107,14 @@ QJsonObject ImportReport::toJson() const
             object.insert(reasonKey, *item.reason);
         itemArray.append(object);
     }
-    return {{createdAtKey, ArchiveJson::dateText(createdAt)},
-            {titleKey, title},
-            {summaryKey, summary},
-            {itemsKey, itemArray}};
+    QJsonObject object{{createdAtKey, ArchiveJson::dateText(createdAt)},
+                       {titleKey, title},
+                       {summaryKey, summary},
+                       {itemsKey, itemArray}};
+    // Left out when false, so a finished run's file keeps its four keys.
+    if (cancelled)
+        object.insert(cancelledKey, true);
+    return object;
 }
 
 std::optional<ImportReport> ImportReport::fromJson(const QJsonObject &object)
@@ -103,6 +127,7 @@ std::optional<ImportReport> ImportReport::fromJson(const QJsonObject &object)
     report.createdAt = *createdAt;
     report.title = object.value(titleKey).toString();
     report.summary = object.value(summaryKey).toString();
+    report.cancelled = object.value(cancelledKey).toBool(false);
     for (const QJsonValue value : object.value(itemsKey).toArray()) {
         const QJsonObject entry = value.toObject();
         const auto status = statusFromRaw(entry.value(statusKey).toString());

@@ -13,6 +13,13 @@
 
 namespace {
 
+// A report keeps its reasons in German, the keys of their translations; the report window
+// translates them when it shows them, so a saved report follows the interface language.
+QString reasonKey(const char *german)
+{
+    return QString::fromUtf8(german);
+}
+
 QString extensionOf(const QString &fileName)
 {
     return QFileInfo(fileName).suffix().toLower();
@@ -228,11 +235,13 @@ void ImportRun::startPass(Pass pass)
         Decision decision;
         if (pass == Pass::pdf) {
             if (options.docxThenPdfOnlyForStillEmpty && m_applier->hasText(item.poemID))
-                decision = {tr("PDF übersprungen, weil bereits Text vorhanden ist"), &m_counts.skippedPdfHasText};
+                decision = {reasonKey(QT_TR_NOOP("PDF übersprungen, weil bereits Text vorhanden ist")),
+                            &m_counts.skippedPdfHasText};
             else if (item.bestScore < options.minScoreForPDF)
-                decision = {tr("PDF Score unter Mindestwert"), &m_counts.skippedPdfScore};
+                decision = {reasonKey(QT_TR_NOOP("PDF Score unter Mindestwert")), &m_counts.skippedPdfScore};
             else if (item.bestScore - item.secondBestScore < options.minMarginForPDF)
-                decision = {tr("PDF Abstand zum zweitbesten Treffer zu klein"), &m_counts.skippedPdfMargin};
+                decision = {reasonKey(QT_TR_NOOP("PDF Abstand zum zweitbesten Treffer zu klein")),
+                            &m_counts.skippedPdfMargin};
         }
         m_decisions.append(decision);
         if (!decision.skipReason && pass != Pass::images)
@@ -308,37 +317,39 @@ void ImportRun::applyText(const ImportWorkItem &item, const ImportExtraction &ex
     using Status = ImportReport::Status;
     if (extraction.emptyFile) {
         ++m_counts.empty;
-        record(Status::skipped, item, tr("Datei ist leer (0 Byte)."));
+        record(Status::skipped, item, reasonKey(QT_TR_NOOP("Datei ist leer (0 Byte).")));
         return;
     }
     if (extraction.timedOut) {
         ++m_counts.timeouts;
-        record(Status::failed, item, tr("Timeout nach %1s").arg(passTimeoutSeconds()));
+        record(Status::failed, item, reasonKey(QT_TR_NOOP("Timeout nach %1s")).arg(passTimeoutSeconds()));
         logLine(item, extraction.errorHint.value_or(QString()));
         return;
     }
     if (extraction.errorHint && !ExtractError::isEmptyTextMessage(*extraction.errorHint)) {
         ++m_counts.failed;
-        record(Status::failed, item, tr("Text konnte nicht extrahiert werden"));
+        record(Status::failed, item, reasonKey(QT_TR_NOOP("Text konnte nicht extrahiert werden")));
         logLine(item, *extraction.errorHint);
         return;
     }
     if (extraction.text.trimmed().isEmpty()) {
         ++m_counts.empty;
-        record(Status::skipped, item, tr("Kein Text extrahiert"));
+        record(Status::skipped, item, reasonKey(QT_TR_NOOP("Kein Text extrahiert")));
         return;
     }
     const ImportApplier::Outcome outcome =
         m_applier->apply(item.poemID, extraction.text, extraction.richTextData, m_settings.options.onlyIfPoemTextEmpty);
     if (outcome.skippedBecauseHasText) {
         ++m_counts.skippedHasText;
-        record(Status::skipped, item, tr("Gedicht hatte bereits Text"));
+        record(Status::skipped, item, reasonKey(QT_TR_NOOP("Gedicht hatte bereits Text")));
     } else if (!outcome.applied) {
         ++m_counts.failed;
-        record(Status::failed, item, tr("Gedicht nicht gefunden"));
+        // Not one of the report's reasons: the item fails without one, the details say why.
+        record(Status::failed, item, std::nullopt);
+        logLine(item, tr("Gedicht nicht gefunden"));
     } else if (outcome.saveError) {
         ++m_counts.failed;
-        record(Status::failed, item, tr("Speichern fehlgeschlagen"));
+        record(Status::failed, item, reasonKey(QT_TR_NOOP("Speichern fehlgeschlagen")));
         logLine(item, QStringLiteral("apply/save failed: %1").arg(*outcome.saveError));
     } else {
         ++m_counts.applied;
@@ -351,20 +362,22 @@ void ImportRun::applyImage(const ImportWorkItem &item)
     const PoemPtr poem = m_applier->poem(item.poemID);
     if (!poem) {
         ++m_counts.failed;
-        record(ImportReport::Status::failed, item, tr("Gedicht nicht gefunden"));
+        record(ImportReport::Status::failed, item, std::nullopt);
+        logLine(item, tr("Gedicht nicht gefunden"));
         return;
     }
     // The editor's own step, so an imported picture is stored like one inserted by hand.
     const auto appended = PoemRichText::appendingImage(item.filePath, poem->richTextData(), poem->text());
     if (!appended) {
         ++m_counts.failed;
-        record(ImportReport::Status::failed, item, appended.errorMessage());
+        record(ImportReport::Status::failed, item, std::nullopt);
+        logLine(item, appended.errorMessage());
         return;
     }
     const ImportApplier::Outcome outcome = m_applier->apply(item.poemID, appended->text, appended->richTextData, false);
     if (outcome.saveError) {
         ++m_counts.failed;
-        record(ImportReport::Status::failed, item, tr("Speichern fehlgeschlagen"));
+        record(ImportReport::Status::failed, item, reasonKey(QT_TR_NOOP("Speichern fehlgeschlagen")));
         logLine(item, QStringLiteral("apply/save failed: %1").arg(*outcome.saveError));
         return;
     }
@@ -401,10 +414,8 @@ void ImportRun::finishApplied()
                                                   : summaryText(m_settings.options.docxThenPdfOnlyForStillEmpty,
                                                                 m_counts, m_settings.options);
     m_report.createdAt = now;
-    m_report.summary = summary + QLatin1Char(' ') + backupText;
-    if (m_cancelled)
-        m_report.summary = tr("Abgebrochen nach %1 von %2 Dateien.").arg(m_processed).arg(m_total) + QLatin1Char(' ') +
-                           m_report.summary;
+    m_report.summary = summary;
+    m_report.cancelled = m_cancelled;
 
     QStringList problems;
     if (auto undo = ImportStateFiles::saveUndo(m_applier->undoItems()); !undo)
@@ -414,8 +425,11 @@ void ImportRun::finishApplied()
     if (auto failures = ImportStateFiles::saveFailureLog(m_log.dumpText(), now); !failures)
         m_log.add(QStringLiteral("import_failures.txt: %1").arg(failures.errorMessage()));
 
-    QString status = m_report.summary;
-    if (!m_applier->undoItems().isEmpty())
+    QString status = summary + QLatin1Char(' ') + backupText;
+    if (m_cancelled)
+        status = tr("Abgebrochen nach %1 von %2 Dateien.").arg(m_processed).arg(m_total) + QLatin1Char(' ') + status;
+    // A text import always ends with the hint, so its line reads the same whatever it wrote.
+    if (!m_settings.imagesOnly || !m_applier->undoItems().isEmpty())
         status += QLatin1Char(' ') + undoHintText();
     for (const QString &problem : std::as_const(problems))
         status += QLatin1Char(' ') + problem;

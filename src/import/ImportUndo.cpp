@@ -33,5 +33,7 @@ Result<QString> ImportUndo::undoLastImport(ArchiveContext &context, const QDateT
     // Only now: a crash before this point leaves the file, and undoing twice is harmless.
     if (auto cleared = ImportStateFiles::clearUndo(); !cleared)
         return failure(cleared.errorMessage());
+    if (restored == 1)
+        return tr("Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt.");
     return tr("Letzter Import rückgängig gemacht: %1 Gedichte wiederhergestellt.").arg(restored);
 }

@@ -19,8 +19,6 @@ QTextCharFormat editorFormat(const TextAttributes &attributes, const QTextCharFo
         format.setFontItalic(true);
     if (attributes.underline)
         format.setFontUnderline(true);
-    if (attributes.pointSize > 0)
-        format.setFontPointSize(attributes.pointSize);
     return format;
 }
 

@@ -8,10 +8,10 @@
 
 // A document's formatted text as a poem stores it (the editor's richTextData).
 //
-// Kept from the document: bold, italic, single underline, font size, paragraph alignment
-// and the line structure (each paragraph one line). Dropped: font family and colour, so
-// that an imported poem reads in the poet's editor font and in the colours of the chosen
-// appearance, like a poem typed in the program.
+// Kept from the document: bold, italic, single underline, paragraph alignment and the line
+// structure (each paragraph one line). Dropped: font family, size and colour, so that an
+// imported poem reads in the poet's editor font and size and in the colours of the chosen
+// appearance, like a poem typed in the program, on screen and in its exports.
 class ImportedRichText {
 public:
     // The editor font as plain values. Copies of a QTextCharFormat or QFont share one private

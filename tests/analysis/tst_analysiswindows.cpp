@@ -220,7 +220,7 @@ private Q_SLOTS:
         QSignalSpy written(&action, &ReaderPackageAction::fileWritten);
         action.exportPackage();
         QCOMPARE(status.takeFirst().at(0).toString(),
-                 QStringLiteral("Reader-Paket erstellt: 1 Gedichte gespeichert. Datei: lesen.odeleafreader"));
+                 QStringLiteral("Reader-Paket erstellt: 1 Gedicht gespeichert. Datei: lesen.odeleafreader"));
         QCOMPARE(written.takeFirst().at(0).toString(), path);
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));

@@ -138,6 +138,9 @@ private Q_SLOTS:
         QCOMPARE(DuplicateChecker::summaryText(report),
                  QStringLiteral("5 Gedichte geprüft. 1 gleiche Titel, 0 ähnliche Titel gefunden. Es wurde nichts "
                                 "verändert."));
+        DuplicateCheckReport one;
+        one.poemCount = 1;
+        QVERIFY(DuplicateChecker::summaryText(one).startsWith(QStringLiteral("1 Gedicht geprüft. 0 gleiche Titel")));
     }
 
     void similarPairsAtTheThreshold()

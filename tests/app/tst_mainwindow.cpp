@@ -2,18 +2,23 @@
 #include "StoreFaults.h"
 #include "backup/BackupTestSupport.h"
 
+#include "analysis/StatisticsReport.h"
+#include "analysis/gui/StatisticsWindow.h"
 #include "app/UpdateManager.h"
 #include "app/gui/ArchiveOperations.h"
 #include "app/gui/LibrarySidebar.h"
 #include "app/gui/MainWindow.h"
 #include "app/gui/PoemDetailView.h"
 #include "app/gui/PoemListPane.h"
+#include "app/gui/ScreenFitGuard.h"
+#include "app/gui/SettingsWindow.h"
 #include "app/gui/StatusPanel.h"
 #include "app/gui/TrashDialog.h"
 #include "archive/AppPreferences.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/ArchiveContext.h"
 #include "archive/CategoryCatalog.h"
+#include "archive/MessageText.h"
 #include "archive/PersistenceController.h"
 #include "archive/PoemFactory.h"
 #include "archive/PoemStore.h"
@@ -33,9 +38,12 @@
 #include "import/ImportUndo.h"
 #include "import/SinglePoemImport.h"
 #include "import/gui/ImportActions.h"
+#include "import/gui/ImportReportWindow.h"
+#include "import/gui/ImportReviewWindow.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemModel>
+#include <QAbstractScrollArea>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -45,11 +53,13 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QNetworkProxy>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTemporaryDir>
@@ -64,6 +74,16 @@
 namespace {
 
 // Answers the next modal dialog of the given type once it is up (exec() blocks the test).
+// Whether the widget lies in a scrolling part of the window rather than in its frame.
+bool scrolls(const QWidget *widget, const QWidget *window)
+{
+    for (const QWidget *w = widget->parentWidget(); w && w != window; w = w->parentWidget()) {
+        if (qobject_cast<const QAbstractScrollArea *>(w))
+            return true;
+    }
+    return false;
+}
+
 template <typename Dialog> void whenModal(std::function<void(Dialog *)> answer)
 {
     auto *poll = new QTimer;
@@ -505,6 +525,28 @@ private Q_SLOTS:
         QCOMPARE(panel->status(), QStringLiteral("Zweite Meldung"));
         QCOMPARE(changed.size(), 2);
 
+        // A message of megabytes (a CSV header of a million columns) is shown cut, never split
+        // inside a character; the whole of it stays behind "Ganze Meldung…".
+        auto *shown = panel->findChild<QLabel *>(QStringLiteral("statusText"));
+        auto *whole = panel->findChild<QPushButton *>(QStringLiteral("wholeStatusButton"));
+        const QString huge = QString(MessageText::statusLimit - 2, QLatin1Char('a')) + QStringLiteral("😀") +
+                             QString(9'000'000, QLatin1Char(';'));
+        window.setStatus(huge);
+        QCOMPARE(panel->status(), huge);
+        QCOMPARE(shown->text(), QString(MessageText::statusLimit - 2, QLatin1Char('a')) + QChar(0x2026));
+        QVERIFY(shown->toolTip().size() <= MessageText::tooltipLimit);
+        QVERIFY(!whole->isHidden());
+        // The whole message is shown in lines a viewer can lay out; nothing of it is lost.
+        const QString lines = MessageText::inLines(huge);
+        QCOMPARE(QString(lines).remove(QLatin1Char('\n')), huge);
+        QVERIFY(std::ranges::all_of(lines.split(QLatin1Char('\n')),
+                                    [](const QString &line) { return line.size() <= 1000; }));
+        QCOMPARE(MessageText::inLines(QStringLiteral("abc\ndefgh"), 3), QStringLiteral("abc\ndef\ngh"));
+        QCOMPARE(MessageText::inLines(QStringLiteral("ab😀c"), 3), QStringLiteral("ab😀\nc"));
+        window.setStatus(QStringLiteral("Kurz."));
+        QCOMPARE(shown->text(), QStringLiteral("Kurz."));
+        QVERIFY(whole->isHidden() && shown->toolTip().isEmpty());
+
         const QList<QLabel *> headings = window.sidebar()->findChildren<QLabel *>(QStringLiteral("sectionHeading"));
         const auto actionsHeading = std::find_if(headings.begin(), headings.end(), [](QLabel *label) {
             return label->text() == QStringLiteral("Aktionen");
@@ -534,7 +576,7 @@ private Q_SLOTS:
         // A fresh installation writes the daily safety backup at once and says so.
         const QString status = m_window->sidebar()->statusPanel()->status();
         QVERIFY2(status.startsWith(
-                     QStringLiteral("Automatische Tagessicherung erstellt: 1 Gedichte gespeichert. Datei: daily-")),
+                     QStringLiteral("Automatische Tagessicherung erstellt: 1 Gedicht gespeichert. Datei: daily-")),
                  qPrintable(status));
         QCOMPARE(
             QDir(m_dir.filePath(QStringLiteral("Safety Backups"))).entryList({QStringLiteral("daily-*.json")}).size(),
@@ -598,8 +640,66 @@ private Q_SLOTS:
         operations->imports()->undoAction()->trigger();
         QCOMPARE(poem->text(), QStringLiteral("alt"));
         QCOMPARE(m_window->statusText(),
-                 QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedichte wiederhergestellt."));
+                 QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt."));
         QVERIFY(!operations->imports()->undoAction()->isEnabled());
+    }
+
+    // Every sidebar action is in the Archiv menu; the frequent ones have keys no other action has.
+    void theArchiveMenuReachesEverySidebarActionByKeyboard()
+    {
+        m_window = std::make_unique<MainWindow>(m_store->viewContext());
+        new ArchiveOperations(*m_window);
+        m_window->show();
+        QMenu *archive = nullptr;
+        for (QAction *entry : m_window->menuBar()->actions()) {
+            if (entry->menu() && entry->text() == QStringLiteral("&Archiv"))
+                archive = entry->menu();
+        }
+        QVERIFY(archive);
+        const QList<QToolButton *> lines =
+            m_window->sidebar()->findChildren<QToolButton *>(QStringLiteral("sidebarAction"));
+        QVERIFY(lines.size() >= 11);
+        for (const QToolButton *line : lines)
+            QVERIFY2(archive->actions().count(line->defaultAction()) == 1, qPrintable(line->text()));
+        QHash<QString, QKeySequence> keys;
+        for (const QAction *action : archive->actions())
+            keys.insert(action->text(), action->shortcut());
+        for (const char *frequent :
+             {"Backup erstellen", "Wiederherstellen", "Ordner scan", "Bilder-Ordner scan", "CSV-Datei importieren"})
+            QVERIFY2(!keys.value(QString::fromUtf8(frequent)).isEmpty(), frequent);
+        QHash<QKeySequence, QString> owners;
+        for (const QAction *action : m_window->findChildren<QAction *>()) {
+            for (const QKeySequence &key : action->shortcuts()) {
+                const QString owner = owners.value(key);
+                QVERIFY2(
+                    owner.isEmpty() || owner == action->text(),
+                    qPrintable(key.toString() + QStringLiteral(": ") + owner + QStringLiteral(" / ") + action->text()));
+                owners.insert(key, action->text());
+            }
+        }
+    }
+
+    // Tab walks on through the detail pane and leaves the poem as it was; Ctrl+Tab writes a tab.
+    void tabLeavesThePoemTextAndCtrlTabInsertsOne()
+    {
+        const PoemPtr poem = storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter"));
+        MainWindow &window = openWindow();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        window.selectPoem(poem);
+        RichPoemTextView *body = window.detailView()->editorPane()->textView();
+        window.detailView()->focusBody();
+        QTRY_VERIFY(body->hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QVERIFY(!body->hasFocus());
+        QCOMPARE(poem->text(), QStringLiteral("Blätter"));
+
+        body->setFocus();
+        QTRY_VERIFY(body->hasFocus());
+        body->moveCursor(QTextCursor::End);
+        QTest::keyClick(body, Qt::Key_Tab, Qt::ControlModifier);
+        QTRY_COMPARE(poem->text(), QStringLiteral("Blätter\t"));
+        QVERIFY(body->hasFocus());
     }
 
     void windowShortcutsLeaveTextEditingKeysAlone()
@@ -690,13 +790,14 @@ private Q_SLOTS:
 
     void smallestWindowCutsNothingOffAndActionsStayPut()
     {
-        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Die Blätter fallen"));
+        // A verse line of forty characters.
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Die Blätter fallen leise von den Bäumen,"));
         MainWindow &window = openWindow();
         window.addSidebarAction(new QAction(QStringLiteral("Wiederherstellen"), &window));
         window.addSidebarAction(new QAction(QStringLiteral("Bilder-Ordner scannen"), &window));
         window.resize(window.minimumSize());
         window.selectPoem(window.library().poemAt(0));
-        QTRY_COMPARE(window.size(), QSize(900, 560));
+        QTRY_COMPARE(window.size(), QSize(860, 520));
 
         // The action lines keep their place under the mouse whatever the status says.
         const QList<QToolButton *> actions =
@@ -725,7 +826,8 @@ private Q_SLOTS:
         const RichPoemTextView *body = window.detailView()->editorPane()->textView();
         // A line as laid out, leading included; the page margin scrolls away with the text.
         const QTextLayout *firstLine = body->document()->firstBlock().layout();
-        QVERIFY(firstLine->lineCount() > 0);
+        QCOMPARE(firstLine->lineCount(), 1);
+        QVERIFY(!body->horizontalScrollBar()->isVisible());
         const int lineHeight = qCeil(firstLine->boundingRect().height() / firstLine->lineCount());
         QVERIFY2(body->viewport()->height() >= 8 * lineHeight,
                  qPrintable(QStringLiteral("%1 < 8 × %2").arg(body->viewport()->height()).arg(lineHeight)));
@@ -759,6 +861,76 @@ private Q_SLOTS:
                     !controls.at(i)->geometry().intersects(controls.at(j)->geometry()),
                     qPrintable(controls.at(i)->objectName() + QStringLiteral(" / ") + controls.at(j)->objectName()));
         }
+    }
+
+    void windowsAreFittedIntoTheFreeScreen_data()
+    {
+        QTest::addColumn<QRect>("wanted");
+        QTest::addColumn<QSize>("minimum");
+        QTest::addColumn<QRect>("available");
+        QTest::addColumn<QRect>("fitted");
+        const QRect netbook(0, 0, 1024, 600);
+        QTest::newRow("larger than the screen")
+            << QRect(0, 0, 1280, 800) << QSize(860, 500) << QRect(0, 0, 900, 560) << QRect(0, 32, 892, 524);
+        QTest::newRow("fits already") << QRect(100, 100, 640, 480) << QSize() << QRect(0, 0, 1920, 1080)
+                                      << QRect(100, 100, 640, 480);
+        QTest::newRow("sticks out right and below")
+            << QRect(600, 300, 640, 480) << QSize() << netbook << QRect(384, 120, 640, 480);
+        QTest::newRow("second screen") << QRect(1900, 0, 900, 700) << QSize() << QRect(1920, 0, 1024, 600)
+                                       << QRect(1920, 32, 900, 564);
+        // A minimum taller than the screen keeps the title bar in reach.
+        QTest::newRow("minimum taller than the screen")
+            << QRect(0, 0, 980, 760) << QSize(700, 600) << QRect(0, 0, 900, 560) << QRect(0, 32, 892, 600);
+    }
+
+    void windowsAreFittedIntoTheFreeScreen()
+    {
+        QFETCH(QRect, wanted);
+        QFETCH(QSize, minimum);
+        QFETCH(QRect, available);
+        QFETCH(QRect, fitted);
+        QCOMPARE(ScreenFitGuard::fittedGeometry(wanted, minimum, available), fitted);
+    }
+
+    // Each window as it opens on a screen of 900 × 560: inside the screen, its buttons in reach.
+    void dialogsFitASmallScreen()
+    {
+        storedPoem(QStringLiteral("Herbst"), QStringLiteral("Die Blätter fallen"));
+        ScreenFitGuard guard;
+        qApp->installEventFilter(&guard);
+        const QSize room = QSize(900, 560) - ScreenFitGuard::decorationAllowance();
+        FolderScanOutcome scan;
+        scan.folder = m_dir.path();
+        for (int i = 0; i < 40; ++i)
+            scan.proposals.append(ImportProposal{});
+        ImportReport report{
+            QDateTime::currentDateTimeUtc(), QStringLiteral("Letzter Textimport"), QString(2000, QLatin1Char('x')), {}};
+        const QList<std::pair<QString, std::function<QDialog *()>>> dialogs = {
+            {QStringLiteral("settings"), [this] { return new SettingsWindow(m_store->viewContext(), nullptr); }},
+            {QStringLiteral("statistics"),
+             [this] { return new StatisticsWindow(StatisticsReport::make(m_store->viewContext().fetch())); }},
+            {QStringLiteral("review"), [this, scan] { return new ImportReviewWindow(m_store->viewContext(), scan); }},
+            {QStringLiteral("report"), [report] { return new ImportReportWindow(report, QString()); }},
+        };
+        for (const auto &[name, make] : dialogs) {
+            std::unique_ptr<QDialog> dialog(make());
+            QVERIFY2(dialog->minimumSizeHint().width() <= room.width() &&
+                         dialog->minimumSizeHint().height() <= room.height(),
+                     qPrintable(name + QStringLiteral(" needs %1 × %2")
+                                           .arg(dialog->minimumSizeHint().width())
+                                           .arg(dialog->minimumSizeHint().height())));
+            dialog->show();
+            QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+            const QRect screen = dialog->screen()->availableGeometry();
+            QVERIFY2(screen.contains(dialog->geometry()), qPrintable(name));
+            for (const QAbstractButton *button : dialog->findChildren<QAbstractButton *>()) {
+                if (!qobject_cast<const QPushButton *>(button) || !button->isVisible() || scrolls(button, dialog.get()))
+                    continue;
+                QVERIFY2(dialog->rect().contains(QRect(button->mapTo(dialog.get(), QPoint()), button->size())),
+                         qPrintable(name + QStringLiteral(": ") + button->text()));
+            }
+        }
+        qApp->removeEventFilter(&guard);
     }
 
     void theFindBarStaysWithItsPoem()
@@ -822,6 +994,8 @@ private Q_SLOTS:
         executeOnStore(storePath(),
                        "CREATE TRIGGER refuse BEFORE UPDATE ON poem BEGIN SELECT RAISE(ABORT, 'voll'); END");
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^apply/save failed: .*voll")));
+        // A shown title starts at its beginning; the poet's click puts the cursor at its end.
+        window.detailView()->titleField()->end(false);
         QTest::keyClicks(window.detailView()->titleField(), QStringLiteral("!"));
         QVERIFY(window.detailView()->saveStatus() != QStringLiteral("Gespeichert"));
         QVERIFY(window.detailView()->saveStatus().contains(QStringLiteral("voll")));

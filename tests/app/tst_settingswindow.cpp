@@ -2,6 +2,7 @@
 #include "app/gui/MainWindow.h"
 #include "app/gui/PoemDetailView.h"
 #include "app/gui/SettingsWindow.h"
+#include "app/gui/WheelFocusGuard.h"
 #include "archive/AppPreferences.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/ArchiveContext.h"
@@ -11,15 +12,21 @@
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QSlider>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
 
 class SettingsWindowTest : public QObject {
     Q_OBJECT
@@ -59,6 +66,22 @@ private:
         for (const QLabel *label : window.findChildren<QLabel *>(QStringLiteral("settingsSection")))
             titles.append(label->text());
         return titles;
+    }
+
+    // The text of the privacy notice that "Details anzeigen" opens.
+    static QString privacyNoticeOf(SettingsWindow &window)
+    {
+        QString text;
+        QTimer::singleShot(0, &window, [&text] {
+            QWidget *notice = QApplication::activeModalWidget();
+            if (!notice)
+                return;
+            for (const QLabel *label : notice->findChildren<QLabel *>(QStringLiteral("privacyParagraph")))
+                text += label->text() + QLatin1Char('\n');
+            notice->close();
+        });
+        child<QPushButton>(window, QStringLiteral("privacyDetailsButton"))->click();
+        return text;
     }
 
 private Q_SLOTS:
@@ -203,6 +226,53 @@ private Q_SLOTS:
         QVERIFY(!child<QCheckBox>(again, QStringLiteral("dailyBackupToggle"))->isChecked());
     }
 
+    // Scrolling over the settings with the wheel changes no control until it has the focus.
+    void theWheelChangesOnlyTheFocusedControl()
+    {
+        WheelFocusGuard guard;
+        qApp->installEventFilter(&guard);
+        SettingsWindow window(context(), nullptr);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto turn = [](QWidget *control) {
+            QWheelEvent wheel(QPointF(4, 4), control->mapToGlobal(QPointF(4, 4)), QPoint(), QPoint(0, -120),
+                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(control, &wheel);
+            return wheel.isAccepted();
+        };
+        const QList<QComboBox *> pickers = window.findChildren<QComboBox *>();
+        QVERIFY(pickers.size() >= 3);
+        for (QComboBox *picker : pickers) {
+            QCOMPARE(picker->focusPolicy(), Qt::StrongFocus);
+            const int before = picker->currentIndex();
+            QVERIFY2(!turn(picker), qPrintable(picker->objectName()));
+            QCOMPARE(picker->currentIndex(), before);
+        }
+        QCOMPARE(AppPreferences::appLanguage(), AppLanguage::system);
+        QCOMPARE(AppPreferences::editorFontName(), QStringLiteral("Roboto"));
+
+        auto *language = child<QComboBox>(window, QStringLiteral("languagePicker"));
+        language->setFocus();
+        QTRY_VERIFY(language->hasFocus());
+        turn(language);
+        QVERIFY(language->currentIndex() != 0);
+
+        // A spin box or slider elsewhere follows the same rule; scroll bars always scroll.
+        QWidget page;
+        auto *spin = new QSpinBox(&page);
+        auto *slider = new QSlider(&page);
+        auto *bar = new QScrollBar(&page);
+        bar->setRange(0, 100);
+        page.show();
+        turn(spin);
+        QCOMPARE(spin->value(), 0);
+        turn(slider);
+        QCOMPARE(slider->value(), 0);
+        QVERIFY(turn(bar));
+        QVERIFY(bar->value() > 0);
+        qApp->removeEventFilter(&guard);
+    }
+
     void foldersAreChosenAndReset()
     {
         SettingsWindow window(context(), nullptr);
@@ -244,6 +314,9 @@ private Q_SLOTS:
         QVERIFY(child<QLabel>(packaged, QStringLiteral("updateStatus"))->text().contains(u"Paketverwaltung"));
         SettingsWindow withoutManager(context(), nullptr);
         QVERIFY(child<QLabel>(withoutManager, QStringLiteral("updateStatus"))->text().contains(u"Paketverwaltung"));
+        // The privacy notice it opens tells the same: no download of a version list.
+        QVERIFY(!privacyNoticeOf(packaged).contains(u"Liste der verfügbaren Versionen"));
+        QVERIFY(privacyNoticeOf(packaged).contains(u"Paketverwaltung"));
 
         UpdateManager updates(QUrl(QStringLiteral("http://127.0.0.1:9/feed.xml")), QVersionNumber(1, 0));
         SettingsWindow window(context(), &updates);
@@ -253,6 +326,7 @@ private Q_SLOTS:
         QVERIFY(toggle->isChecked());
         QCOMPARE(status->text(),
                  QStringLiteral("OdeLeaf sucht höchstens einmal täglich automatisch nach neuen Versionen."));
+        QVERIFY(privacyNoticeOf(window).contains(u"Liste der verfügbaren Versionen"));
         toggle->click();
         QVERIFY(!updates.automaticallyChecksForUpdates());
         updates.setAutomaticallyChecksForUpdates(true);

@@ -1,3 +1,5 @@
+#include "analysis/DuplicateChecker.h"
+#include "analysis/StatisticsReport.h"
 #include "app/gui/ArchiveOperations.h"
 #include "app/gui/MainWindow.h"
 #include "archive/ApplicationSupport.h"
@@ -10,7 +12,9 @@
 #include "import/DocxPackage.h"
 #include "import/ExtractError.h"
 #include "import/FolderScan.h"
+#include "import/ImportReport.h"
 #include "import/ImportReviewOptions.h"
+#include "import/gui/ImportReportWindow.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -22,6 +26,7 @@
 #include <QMenu>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
@@ -179,7 +184,13 @@ private Q_SLOTS:
                  QStringLiteral("Backup created: 2 poems saved. File: OdeLeaf-Backup-2026-11-14-2103.json"));
         QCOMPARE(BackupStatus::backupCreated(0, path).left(29), QStringLiteral("Backup created: 0 poems saved"));
         QCOMPARE(QCoreApplication::translate("PoemPickerDialog", "%1 von %2 Gedicht"), QStringLiteral("%1 of %2 poem"));
-        QCOMPARE(QCoreApplication::translate("PoemPickerDialog", "%1 von %2 Gedichten"), QStringLiteral("%1 of %2 poems"));
+        DuplicateCheckReport checked;
+        checked.poemCount = 1;
+        checked.similarPairs.resize(1);
+        QCOMPARE(DuplicateChecker::summaryText(checked),
+                 QStringLiteral("1 poem checked. 0 identical titles, 1 similar title found. Nothing was changed."));
+        QCOMPARE(QCoreApplication::translate("PoemPickerDialog", "%1 von %2 Gedichten"),
+                 QStringLiteral("%1 of %2 poems"));
     }
 
     // Texts made outside a widget reach the translation under the context lupdate saw.
@@ -195,6 +206,36 @@ private Q_SLOTS:
         QCOMPARE(ImportReviewOptions::importDOCXLabel(), QStringLiteral("Import DOCX"));
         QCOMPARE(displayTitle(SidebarScope::missingText), QStringLiteral("Without Text"));
         QCOMPARE(PoemRow{}.displayTitle(), QStringLiteral("Untitled Poem"));
+    }
+
+    // A saved report keeps keys, shown in the language of the day; figures follow that language.
+    void reportsAndFiguresFollowTheInterfaceLanguage()
+    {
+        const ImportReport report{
+            QDateTime(QDate(2026, 11, 25), QTime(14, 33), Qt::LocalTime),
+            ImportReport::textImportTitle(),
+            QStringLiteral("Import fertig"),
+            {{ImportReport::Status::skipped, "a.docx", "A", QStringLiteral("Datei ist leer (0 Byte).")},
+             {ImportReport::Status::failed, "b.pdf", "B", QStringLiteral("Timeout nach 15s")},
+             {ImportReport::Status::failed, "c.pdf", "C", QStringLiteral("kaputt")}}};
+        QCOMPARE(report.title, QStringLiteral("Letzter Textimport"));
+        ImportReportWindow window(report, QString());
+        QCOMPARE(window.windowTitle(), QStringLiteral("Last Text Import"));
+        QStringList reasons;
+        for (int row = 0; row < window.itemTable()->rowCount(); ++row)
+            reasons.append(window.itemTable()->item(row, 3)->text());
+        QCOMPARE(reasons, (QStringList{"File is empty (0 bytes).", "Timeout after 15s", "kaputt"}));
+        QStringList labels;
+        for (const QLabel *label : window.findChildren<QLabel *>())
+            labels.append(label->text());
+        QVERIFY2(labels.contains(QStringLiteral("Last Text Import – 11/25/2026, 2:33 PM")),
+                 qPrintable(labels.join('|')));
+
+        const QLocale before;
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        const QString percent = StatisticsReport::percentText(3.0 / 7.0);
+        QLocale::setDefault(before);
+        QCOMPARE(percent, QStringLiteral("42.9%"));
     }
 
     void libraryWindowShowsNoGermanText()

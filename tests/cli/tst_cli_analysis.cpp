@@ -43,7 +43,7 @@ private Q_SLOTS:
             m_cli->run({QStringLiteral("reader-package"), path(QStringLiteral("r.odeleafreader"))});
         QCOMPARE(written.exitCode, 0);
         QCOMPARE(written.out,
-                 QStringLiteral("Reader-Paket erstellt: 1 Gedichte gespeichert. Datei: r.odeleafreader\n"));
+                 QStringLiteral("Reader-Paket erstellt: 1 Gedicht gespeichert. Datei: r.odeleafreader\n"));
         const QJsonObject package = jsonFile(path(QStringLiteral("r.odeleafreader")));
         QCOMPARE(package.value(QStringLiteral("poemCount")).toInt(), 1);
         QCOMPARE(package.value(QStringLiteral("poems")).toArray().at(0).toObject().value(QStringLiteral("excerpt")),

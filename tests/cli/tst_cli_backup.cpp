@@ -116,7 +116,7 @@ private Q_SLOTS:
         add(QStringLiteral("Herbst"), QStringLiteral("Laub"));
         const CliOutcome first = m_cli->run({QStringLiteral("daily-backup")});
         QCOMPARE(first.exitCode, 0);
-        QVERIFY2(first.out.startsWith(QStringLiteral("Automatische Tagessicherung erstellt: 1 Gedichte gespeichert. "
+        QVERIFY2(first.out.startsWith(QStringLiteral("Automatische Tagessicherung erstellt: 1 Gedicht gespeichert. "
                                                      "Datei: daily-")),
                  qPrintable(first.out));
         const CliOutcome second = m_cli->run({QStringLiteral("daily-backup")});

@@ -145,7 +145,7 @@ private Q_SLOTS:
 
         const CliOutcome undone = cli.run({QStringLiteral("undo-import")});
         QCOMPARE(undone.exitCode, 0);
-        QCOMPARE(undone.out, QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedichte wiederhergestellt.\n"));
+        QCOMPARE(undone.out, QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt.\n"));
         QCOMPARE(cli.run({QStringLiteral("undo-import")}).out,
                  QStringLiteral("Kein Import zum Rückgängigmachen vorhanden.\n"));
     }

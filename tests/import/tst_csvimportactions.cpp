@@ -5,6 +5,7 @@
 #include "app/gui/StatusPanel.h"
 #include "archive/AppPreferences.h"
 #include "archive/ApplicationSupport.h"
+#include "archive/MessageText.h"
 #include "archive/PersistenceController.h"
 #include "backup/BackupTestSupport.h"
 #include "import/gui/CSVImportActions.h"
@@ -13,6 +14,8 @@
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QFile>
+#include <QFileInfo>
+#include <QLabel>
 #include <QListView>
 #include <QMenu>
 #include <QSignalSpy>
@@ -71,9 +74,13 @@ private Q_SLOTS:
         actions.importAction()->trigger();
         QCOMPARE(status.takeLast().at(0).toString(), QStringLiteral("CSV-Auswahl abgebrochen."));
         QCOMPARE(changed.size(), 0);
+        // The first dialog opens in a folder that exists.
+        QVERIFY2(QFileInfo(actions.askedIn).isDir(), qPrintable(actions.askedIn));
 
         actions.answer = writeCsv(QStringLiteral("liste.csv"), "Gedicht;Podcast\nSturm;x\n");
         actions.importAction()->trigger();
+        QVERIFY(actions.isReading() && !actions.importAction()->isEnabled());
+        QTRY_VERIFY(!status.isEmpty());
         QVERIFY(status.takeLast().at(0).toString().startsWith(QStringLiteral("CSV Import: 1 neu, 0 aktualisiert")));
         QCOMPARE(changed.size(), 1);
         QCOMPARE(AppPreferences::resolvedFolder(FolderKind::csv), m_dir.path());
@@ -102,10 +109,31 @@ private Q_SLOTS:
 
         auto *csv = window.findChild<CSVImportActions *>();
         csv->importFile(writeCsv(QStringLiteral("liste.csv"), "Titel,Kategorie\nAbendlied,Natur\nMorgenlied,\n"));
+        QTRY_VERIFY(!csv->isReading());
         QVERIFY2(window.statusText().startsWith(QStringLiteral("CSV Import: 2 neu")), qPrintable(window.statusText()));
         QCOMPARE(window.sidebar()->statusPanel()->status(), window.statusText());
         QCOMPARE(window.listPane()->listView()->model()->rowCount(), 2);
         QVERIFY(!window.isBusy());
+
+        // One line of a million columns: read while the window goes on taking events, and
+        // its megabytes of diagnostics shown cut.
+        QByteArray wide;
+        for (int column = 0; column < 1'000'000; ++column)
+            wide += "Spalte" + QByteArray::number(column) + ';';
+        csv->importFile(writeCsv(QStringLiteral("breit.csv"), wide));
+        QVERIFY(window.isBusy());
+        int turns = 0;
+        while (csv->isReading() && turns < 100000) {
+            QTest::qWait(5);
+            ++turns;
+        }
+        QVERIFY2(turns > 0, "the window took no events while the file was read");
+        QTRY_VERIFY(!window.isBusy());
+        QVERIFY2(window.statusText().startsWith(QStringLiteral("CSV Fehler: Keine Datenzeilen.")),
+                 qPrintable(window.statusText().left(200)));
+        const auto *shown = window.sidebar()->statusPanel()->findChild<QLabel *>(QStringLiteral("statusText"));
+        QVERIFY(window.statusText().size() > 1'000'000);
+        QVERIFY(shown->text().size() <= MessageText::statusLimit);
     }
 };
 

@@ -1,5 +1,9 @@
+#include "editor/PoemRichText.h"
+#include "editor/PoemTextDocument.h"
+#include "editor/WriterTypingAttributes.h"
 #include "import/DocumentTextExtractor.h"
 #include "import/DocxTextReader.h"
+#include "import/ImportedRichText.h"
 #include "import/IsolatedDocumentExtractor.h"
 #include "import/TextCleanup.h"
 
@@ -126,6 +130,28 @@ private Q_SLOTS:
         QCOMPARE(document->firstBlock().blockFormat().alignment(), Qt::AlignHCenter);
         QCOMPARE(document->lastBlock().blockFormat().alignment(), Qt::AlignRight);
         QVERIFY(document->firstBlock().begin().fragment().charFormat().fontWeight() >= QFont::Bold);
+
+        // In the poem the text takes the editor's font and size, not the document's 16 and 12 pt;
+        // weight, slant, underline and alignment stay.
+        const QTextCharFormat editor = WriterTypingAttributes::defaults();
+        const auto stored = ImportedRichText::encode(*result->richText, editor);
+        QVERIFY(stored);
+        const auto poem = PoemRichText::decode(*stored);
+        QVERIFY(poem);
+        QStringList styled;
+        for (QTextBlock block = poem->begin(); block.isValid(); block = block.next()) {
+            for (auto fragment = block.begin(); !fragment.atEnd(); ++fragment) {
+                const QTextCharFormat format = fragment.fragment().charFormat();
+                QCOMPARE(format.fontPointSize(), editor.fontPointSize());
+                QCOMPARE(format.fontFamilies(), editor.fontFamilies());
+                if (format.fontWeight() >= QFont::Bold || format.fontItalic() || format.fontUnderline())
+                    styled.append(fragment.fragment().text());
+            }
+        }
+        QVERIFY(styled.join(QString()).contains(QStringLiteral("Mondnacht")));
+        QVERIFY(styled.join(QString()).contains(QStringLiteral("still geküsst")));
+        QCOMPARE(poem->firstBlock().blockFormat().alignment() & Qt::AlignHorizontal_Mask, Qt::AlignHCenter);
+        QCOMPARE(poem->lastBlock().blockFormat().alignment() & Qt::AlignHorizontal_Mask, Qt::AlignRight);
     }
 
     void failuresHaveTheirMessages_data()

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableWidget>
@@ -130,22 +131,71 @@ private Q_SLOTS:
         QVERIFY(!actions.undoAction()->isEnabled());
     }
 
-    void cancelInTheReviewStopsTheRun()
+    // Driven as the poet drives it: a shown window, the review opened by a scan, mouse clicks.
+    void theReportOfARunTakesClicksAtOnce_data()
     {
+        QTest::addColumn<int>("cancelAfter");
+        QTest::addColumn<QString>("headline");
+        QTest::addColumn<int>("items");
+        QTest::newRow("finished") << 0 << QStringLiteral("Import abgeschlossen") << 5;
+        QTest::newRow("cancelled") << 2 << QStringLiteral("Import abgebrochen") << 2;
+    }
+
+    void theReportOfARunTakesClicksAtOnce()
+    {
+        QFETCH(int, cancelAfter);
+        QFETCH(QString, headline);
+        QFETCH(int, items);
+        m_window->resize(640, 480);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
         FolderScanController scans(m_archive->context(), m_window.get());
         ScriptedImportActions actions(m_archive->context(), scans, m_window.get());
-        ImportReviewWindow review(m_archive->context(), scanOfFiveDocuments(), m_window.get());
         actions.setReaders(1);
-        actions.startImport(&review);
-        connect(actions.run(), &ImportRun::progressChanged, this, [&review](const QString &, int done, int) {
-            if (done == 2)
-                buttonWithText(review, QStringLiteral("Abbrechen"))->click();
-        });
+        QPointer<ImportReviewWindow> review;
+        connect(&scans, &FolderScanController::reviewOpened, this,
+                [&review](ImportReviewWindow *opened) { review = opened; });
+        scans.startFolderScan(scanOfFiveDocuments().folder, false);
+        QTRY_VERIFY_WITH_TIMEOUT(review, 20000);
+        QVERIFY(QTest::qWaitForWindowExposed(review));
+
+        QTest::mouseClick(buttonWithText(*review, QStringLiteral("Importieren")), Qt::LeftButton);
+        QVERIFY(actions.run() && review->isImporting());
+        if (cancelAfter > 0) {
+            connect(actions.run(), &ImportRun::progressChanged, this,
+                    [&review, cancelAfter](const QString &, int done) {
+                        if (done == cancelAfter && review)
+                            QTest::mouseClick(buttonWithText(*review, QStringLiteral("Abbrechen")), Qt::LeftButton);
+                    });
+        }
         QTRY_VERIFY_WITH_TIMEOUT(!actions.run()->isRunning(), 30000);
-        QVERIFY(actions.run()->wasCancelled());
-        QCOMPARE(actions.run()->report().items.size(), 2);
-        QVERIFY(m_poems.at(1)->text() && !m_poems.at(2)->text());
-        QVERIFY(buttonWithText(review, QStringLiteral("Schließen"))->isEnabled());
+        QCOMPARE(actions.run()->wasCancelled(), cancelAfter > 0);
+        QTRY_VERIFY(!review);
+        const auto written = std::count_if(m_poems.begin(), m_poems.end(), [](const PoemPtr &poem) {
+            return poem->text().value_or(QString()).startsWith(QStringLiteral("neu "));
+        });
+        QCOMPARE(int(written), items);
+
+        QPointer<QWidget> report = actions.reportWindow();
+        QVERIFY(report && QTest::qWaitForWindowExposed(report));
+        QCOMPARE(report->findChild<QLabel *>(QStringLiteral("reportHeadline"))->text(), headline);
+        QCOMPARE(qobject_cast<ImportReportWindow *>(report)->itemTable()->rowCount(), items);
+        QTest::mouseClick(report->findChild<QPushButton *>(QStringLiteral("closeReportButton")), Qt::LeftButton);
+        QTRY_VERIFY(!report);
+    }
+
+    void theReportShowsEveryReasonWhole()
+    {
+        const QString reason = QStringLiteral("Text konnte nicht extrahiert werden ") + QString(300, QLatin1Char('.'));
+        const ImportReport report{QDateTime::currentDateTimeUtc(),
+                                  QStringLiteral("Letzter Textimport"),
+                                  QStringLiteral("Import fertig"),
+                                  {{ImportReport::Status::failed, "a.docx", "Abend", reason},
+                                   {ImportReport::Status::imported, "b.docx", "Morgen", std::nullopt}}};
+        ImportReportWindow window(report, QStringLiteral("OdeLeaf import failures – x"));
+        QCOMPARE(window.itemTable()->item(0, 3)->toolTip(), reason);
+        QCOMPARE(window.detailsView()->toPlainText(),
+                 QStringLiteral("OdeLeaf import failures – x\n\nGründe:\na.docx → Abend: ") + reason);
     }
 
     void singlePoemImportAsksBeforeReplacing()

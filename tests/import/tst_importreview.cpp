@@ -5,6 +5,7 @@
 #include "archive/PoemFactory.h"
 #include "import/DocumentBatchImporter.h"
 #include "import/gui/FolderScanController.h"
+#include "import/gui/ImportProposalTableModel.h"
 #include "import/gui/ImportReviewWindow.h"
 #include "import/gui/PoemPickerDialog.h"
 
@@ -13,12 +14,15 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QFile>
+#include <QHeaderView>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -124,6 +128,53 @@ private Q_SLOTS:
         for (const char *text : {"PDF Mindestscore:", "PDF Margin:", "Timeout DOCX: 8s", "Timeout PDF: 15s",
                                  "PDF import: Score ≥ Mindestscore UND (best - zweitbest) ≥ Margin."})
             QVERIFY2(labels.contains(QString::fromUtf8(text)), text);
+    }
+
+    // A header click sorts; the file shows its subfolder; a poem chosen twice is pointed out.
+    void headersSortAndAPoemChosenTwiceIsPointedOut()
+    {
+        const FolderScanOutcome scan =
+            scanOf({QStringLiteral("Herbstlied.docx"), QStringLiteral("Mond.pdf"), QStringLiteral("Abendstille.docx")});
+        ImportReviewWindow review(m_store->viewContext(), scan);
+        review.setFilter(ProposalFilter::all);
+        auto *table = review.findChild<QTableView *>();
+        const auto column = [table](int column) {
+            QStringList texts;
+            for (int row = 0; row < table->model()->rowCount(); ++row)
+                texts.append(table->model()->index(row, column).data().toString());
+            return texts;
+        };
+        QCOMPARE(column(ImportProposalTableModel::fileColumn),
+                 (QStringList{"2021/Herbstlied.docx", "2021/Mond.pdf", "2021/Abendstille.docx"}));
+        table->horizontalHeader()->setSortIndicator(ImportProposalTableModel::fileColumn, Qt::AscendingOrder);
+        QCOMPARE(column(ImportProposalTableModel::fileColumn),
+                 (QStringList{"2021/Abendstille.docx", "2021/Herbstlied.docx", "2021/Mond.pdf"}));
+        // Scores sort as numbers ("100 %" after "85 %").
+        table->horizontalHeader()->setSortIndicator(ImportProposalTableModel::scoreColumn, Qt::DescendingOrder);
+        QList<double> scores;
+        for (int row = 0; row < table->model()->rowCount(); ++row)
+            scores.append(table->model()
+                              ->index(row, ImportProposalTableModel::scoreColumn)
+                              .data(ImportProposalTableModel::sortRole)
+                              .toDouble());
+        QVERIFY(std::is_sorted(scores.rbegin(), scores.rend()));
+        QCOMPARE(table->model()->index(0, ImportProposalTableModel::scoreColumn).data().toString(),
+                 QStringLiteral("100 %"));
+
+        auto *warning = review.findChild<QLabel *>(QStringLiteral("sharedChoiceWarning"));
+        QVERIFY(warning->isHidden());
+        review.choose(1, m_herbstlied);
+        QVERIFY(!warning->isHidden());
+        QCOMPARE(warning->text(), QStringLiteral("Ein Gedicht ist mehr als einer Datei zugeordnet; übernommen "
+                                                 "wird nur ein Text."));
+        for (const qsizetype shared : {0, 1}) {
+            const QModelIndex cell = review.findChild<ImportProposalTableModel *>()->index(
+                int(shared), ImportProposalTableModel::choiceColumn);
+            QVERIFY(!cell.data(Qt::DecorationRole).value<QIcon>().isNull());
+            QCOMPARE(cell.data(Qt::ToolTipRole).toString(), ImportProposalTableModel::sharedChoiceText());
+        }
+        review.choose(1, std::nullopt);
+        QVERIFY(warning->isHidden());
     }
 
     void importButtonWaitsForTheImport()

@@ -140,6 +140,7 @@ private Q_SLOTS:
                                 "Übersprungen (hat Text): 1. Übersprungen (PDF Score<85%): 0. Übersprungen (PDF "
                                 "Margin<8%): 0. PDF übersprungen (Text bereits vorhanden): 0. Sicherheitsbackup: ") +
                      backups.first() + QStringLiteral(". Rückgängig ist danach im Hauptfenster verfügbar."));
+        QVERIFY(done->statusText().startsWith(done->report().summary + QStringLiteral(" Sicherheitsbackup: ")));
 
         const auto report = ImportStateFiles::loadReport();
         QVERIFY(report);
@@ -166,6 +167,15 @@ private Q_SLOTS:
                  QStringLiteral("Nichts zu importieren."));
         QVERIFY(safetyBackups().isEmpty());
         QVERIFY(!QFileInfo::exists(ImportStateFiles::reportPath()));
+
+        // A run that only skips still ends its line with the undo hint.
+        const PoemPtr written = addPoem(context(), QStringLiteral("Abendlied"), QStringLiteral("alt"));
+        QVERIFY(context().save().ok());
+        const auto skipped =
+            run({proposalFor(docx(QStringLiteral("Abendlied.docx"), {QStringLiteral("neu")}), written)});
+        QCOMPARE(written->text(), QStringLiteral("alt"));
+        QVERIFY2(skipped->statusText().endsWith(QStringLiteral(". Rückgängig ist danach im Hauptfenster verfügbar.")),
+                 qPrintable(skipped->statusText()));
     }
 
     void pdfGatesAndPhases_data()
@@ -307,6 +317,7 @@ private Q_SLOTS:
             QStringLiteral("Abgebrochen nach 2 von 5 Dateien. Import fertig (2-Phasen): 2 gesetzt")));
         QCOMPARE((*ImportStateFiles::loadUndo())->size(), 2);
         QCOMPARE(ImportStateFiles::loadReport()->items.size(), 2);
+        QCOMPARE(ImportStateFiles::loadReport()->headline(), QStringLiteral("Import abgebrochen"));
     }
 
     void parallelReadersGiveTheOneAtATimeOutcome()
@@ -491,6 +502,11 @@ private Q_SLOTS:
                      QStringLiteral("Bildimport: 1 angehängt, 1 fehlgeschlagen. Sicherheitsbackup: pre-image-import-")),
                  qPrintable(importRun.statusText()));
         QCOMPARE(importRun.report().title, QStringLiteral("Letzter Bildimport"));
+        // An unreadable picture is no reason the report knows: it fails without one, the details say why.
+        QCOMPARE(importRun.report().items.size(), 2);
+        QCOMPARE(importRun.report().items.at(1).status, ImportReport::Status::failed);
+        QVERIFY(!importRun.report().items.at(1).reason);
+        QVERIFY(importRun.logText().contains(QStringLiteral("Kaputt.jpg")));
         QCOMPARE(poem->text(), QStringLiteral("Zeile\n") + QChar(QChar::ObjectReplacementCharacter));
         const auto body = PoemRichText::decode(poem->richTextData().value());
         QVERIFY(body && body->lastBlock().begin().fragment().charFormat().isImageFormat());
@@ -519,7 +535,7 @@ private Q_SLOTS:
         QVERIFY(document.ok() && document->richTextData && document->note.isEmpty());
         QVERIFY(SinglePoemImport::apply(context(), *poem, *document, QStringLiteral("Herbstlied.docx")).ok());
         QCOMPARE(ImportUndo::undoLastImport(context()).value(),
-                 QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedichte wiederhergestellt."));
+                 QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt."));
         QCOMPARE(poem->text(), read->text);
 
         QCOMPARE(SinglePoemImport::read(m_archive->path(QStringLiteral("fehlt.txt"))).errorMessage(),
@@ -545,6 +561,7 @@ private Q_SLOTS:
         QVERIFY(ImportStateFiles::saveReport(report).ok());
         QCOMPARE(ImportStateFiles::loadReport(), report);
         QCOMPARE(report.headline(), QStringLiteral("Import mit Hinweisen abgeschlossen"));
+        QCOMPARE(report.checkedFilesText(), QStringLiteral("1 Datei geprüft"));
         report.items.first().status = ImportReport::Status::imported;
         QCOMPARE(report.headline(), QStringLiteral("Import abgeschlossen"));
     }

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QStandardPaths>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -42,11 +43,21 @@ StatisticsWindow::StatisticsWindow(const StatisticsReport &report, QWidget *pare
     setObjectName(QStringLiteral("statisticsWindow"));
     setWindowTitle(tr("Statistik"));
     resize(720, 720);
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(20, 18, 20, 14);
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 20, 14);
+    // On a small screen the figures scroll; the buttons stay in reach below them.
+    auto *scroll = new QScrollArea(this);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    auto *page = new QWidget(scroll);
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(20, 18, 0, 0);
     layout->setSpacing(12);
 
-    layout->addWidget(makeLabel(tr("%n Gedichte im Archiv", nullptr, m_report.totalPoems()), this, 1.5, true));
+    const int total = m_report.totalPoems();
+    layout->addWidget(
+        makeLabel(total == 1 ? tr("%n Gedicht im Archiv", nullptr, total) : tr("%n Gedichte im Archiv", nullptr, total),
+                  this, 1.5, true));
     QString stand = tr("Stand: %1").arg(StatisticsReport::dateTimeText(m_report.createdAt));
     if (m_report.lastUpdated)
         stand += QStringLiteral(" · ") +
@@ -58,6 +69,8 @@ StatisticsWindow::StatisticsWindow(const StatisticsReport &report, QWidget *pare
     layout->addWidget(makeCountsPanel());
     layout->addWidget(makeTasksPanel());
     layout->addWidget(makeCategoriesPanel(), 1);
+    scroll->setWidget(page);
+    outer->addWidget(scroll, 1);
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     QPushButton *json = buttons->addButton(tr("Als JSON speichern…"), QDialogButtonBox::ActionRole);
@@ -67,7 +80,8 @@ StatisticsWindow::StatisticsWindow(const StatisticsReport &report, QWidget *pare
     connect(json, &QPushButton::clicked, this, &StatisticsWindow::saveJson);
     connect(pdf, &QPushButton::clicked, this, &StatisticsWindow::savePdf);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);
-    layout->addWidget(buttons);
+    buttons->setContentsMargins(20, 0, 0, 0);
+    outer->addWidget(buttons);
 }
 
 QWidget *StatisticsWindow::makeCountsPanel()

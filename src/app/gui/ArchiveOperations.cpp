@@ -67,10 +67,8 @@ ArchiveOperations::ArchiveOperations(MainWindow &window)
     connect(window.detailView(), &PoemDetailView::textImportRequested, m_imports,
             [this, &window] { m_imports->importTextInto(window.detailView()->poem()); });
     for (QAction *action :
-         {m_readerPackage->action(), m_analysis->duplicateCheckAction(), m_analysis->statisticsAction()}) {
+         {m_readerPackage->action(), m_analysis->duplicateCheckAction(), m_analysis->statisticsAction()})
         window.addSidebarAction(action);
-        window.addArchiveMenuAction(action);
-    }
     connect(m_readerPackage, &ReaderPackageAction::statusChanged, &window, &MainWindow::setStatus);
     connect(m_readerPackage, &ReaderPackageAction::fileWritten, &window, &MainWindow::setLastWrittenFile);
     connect(m_analysis, &AnalysisActions::statusChanged, &window, &MainWindow::setStatus);

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -56,7 +57,22 @@ LibrarySidebar::LibrarySidebar(QWidget *parent)
 {
     setObjectName(QStringLiteral("sidebar"));
     setAttribute(Qt::WA_StyledBackground);
-    auto *layout = new QVBoxLayout(this);
+    // On a low screen the sidebar scrolls as a whole instead of squeezing its action lines.
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    auto *scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("sidebarScroll"));
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->viewport()->setAutoFillBackground(false);
+    outer->addWidget(scroll);
+    auto *page = new QWidget(scroll);
+    page->setObjectName(QStringLiteral("sidebarPage"));
+    page->setAutoFillBackground(false);
+    // Follows the column's width; the scroll area never scrolls sideways.
+    page->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(8, 12, 8, 0);
     layout->setSpacing(4);
 
@@ -107,6 +123,7 @@ LibrarySidebar::LibrarySidebar(QWidget *parent)
     layout->addSpacing(4);
     layout->addWidget(rule);
     layout->addWidget(m_statusPanel);
+    scroll->setWidget(page);
 }
 
 QLabel *LibrarySidebar::makeHeading(const QString &text)

@@ -61,7 +61,8 @@ MainWindow::MainWindow(ArchiveContext &context, QWidget *parent)
     setWindowTitle(QStringLiteral("OdeLeaf"));
     setStyleSheet(WindowStyle::styleSheet());
     resize(1280, 800);
-    setMinimumSize(900, 560);
+    // Small enough for a netbook screen with its title bar; the columns keep their own minimums.
+    setMinimumSize(860, 520);
 
     m_browser.searchMode = storedSearchMode();
     buildColumns();
@@ -100,7 +101,7 @@ void MainWindow::buildColumns()
     m_sidebar = new LibrarySidebar(m_splitter);
     m_sidebar->setMinimumWidth(200);
     m_listPane = new PoemListPane(m_model, m_splitter);
-    m_listPane->setMinimumWidth(280);
+    m_listPane->setMinimumWidth(240);
     m_detail = new PoemDetailView(m_context, m_splitter);
     m_detail->setMinimumWidth(380);
     m_splitter->addWidget(m_sidebar);
@@ -632,6 +633,9 @@ bool MainWindow::isBusy() const
 void MainWindow::addSidebarAction(QAction *action)
 {
     m_sidebar->addAction(action);
+    // The menu reaches every sidebar action by keyboard, also in writer mode, where the
+    // sidebar is hidden.
+    addArchiveMenuAction(action);
 }
 
 void MainWindow::showSettings()
@@ -691,7 +695,7 @@ void MainWindow::showAbout()
 
 void MainWindow::showPrivacyNotice()
 {
-    PrivacyNoticeDialog dialog(this);
+    PrivacyNoticeDialog dialog(m_updateManager && m_updateManager->hasFeed(), this);
     dialog.exec();
 }
 

@@ -306,8 +306,12 @@ void PoemDetailView::showFields()
 {
     m_loading = true;
     const Poem &poem = *m_poem;
-    if (m_title->text() != poem.title().value_or(QString()))
+    if (m_title->text() != poem.title().value_or(QString())) {
         m_title->setText(poem.title().value_or(QString()));
+        // A title longer than the field shows its beginning, which names the poem.
+        if (!m_title->hasFocus())
+            m_title->setCursorPosition(0);
+    }
     m_category->setEditText(poem.category().value_or(QString()));
     m_noDate->setChecked(!poem.date().has_value());
     m_date->setEnabled(poem.date().has_value() && !m_context.store().isReadOnly());
@@ -402,6 +406,9 @@ void PoemDetailView::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     fitFooter(event->size().width());
+    // In a narrow column the poem's lines need the room more than the page edges do.
+    const int side = event->size().width() < narrowWidth ? 12 : 28;
+    m_column->layout()->setContentsMargins(side, 12, side, 8);
     // On a short window the poem's own lines come first: the notes move into the editor's
     // notes pane ("Notizen" in the view menu), as in writer mode.
     const bool compact = height() < compactHeight;

@@ -85,6 +85,7 @@ private:
     bool m_applying = false;
     static constexpr int writerColumnWidth = 860;
     static constexpr int compactHeight = 600;
+    static constexpr int narrowWidth = 560;
     bool m_writerMode = false;
     bool m_compact = false;
 

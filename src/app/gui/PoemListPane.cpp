@@ -55,6 +55,8 @@ PoemListPane::PoemListPane(PoemListModel *model, QWidget *parent)
     auto *summaryRow = new QHBoxLayout;
     summaryRow->setSpacing(6);
     m_summary->setObjectName(QStringLiteral("resultSummary"));
+    // Beside the sort button in a narrow column the count wraps rather than losing its end.
+    m_summary->setWordWrap(true);
     summaryRow->addWidget(m_summary, 1);
     auto *sortMenu = new QMenu(m_sort);
     for (const PoemSortMode mode : allPoemSortModes) {

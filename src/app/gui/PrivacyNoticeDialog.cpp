@@ -4,7 +4,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-PrivacyNoticeDialog::PrivacyNoticeDialog(QWidget *parent) : QDialog(parent)
+PrivacyNoticeDialog::PrivacyNoticeDialog(bool checksForUpdates, QWidget *parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("privacyDialog"));
     setWindowTitle(tr("Datenschutzhinweise"));
@@ -20,14 +20,18 @@ PrivacyNoticeDialog::PrivacyNoticeDialog(QWidget *parent) : QDialog(parent)
         tr("Deine Gedichte, Importe, Exporte und Sicherungen bleiben auf deinem Computer. OdeLeaf speichert alles "
            "im eigenen Datenordner und in den Ordnern, die du selbst auswählst; es gibt kein Konto und keine "
            "Cloud-Synchronisierung."),
-        tr("Die Suche nach Updates lädt nur die Liste der verfügbaren Versionen herunter. Dabei werden keine "
-           "Gedichte, Titel, Notizen oder anderen Inhalte deines Archivs übertragen."),
+        checksForUpdates
+            ? tr("Die Suche nach Updates lädt nur die Liste der verfügbaren Versionen herunter. Dabei werden keine "
+                 "Gedichte, Titel, Notizen oder anderen Inhalte deines Archivs übertragen.")
+            : tr("Diese Ausgabe von OdeLeaf sucht nicht selbst nach Updates und verbindet sich dafür mit keinem "
+                 "Server; neue Versionen kommen über die Paketverwaltung deines Systems."),
         tr("Reimseiten öffnest du selbst im Browser; dabei erhält die gewählte Website nur das Wort, das du "
            "nachschlägst."),
         tr("Feedback verschickst du mit deinem eigenen E-Mail-Programm. OdeLeaf sendet nichts von sich aus."),
     };
     for (const QString &paragraph : paragraphs) {
         auto *label = new QLabel(paragraph, this);
+        label->setObjectName(QStringLiteral("privacyParagraph"));
         label->setWordWrap(true);
         layout->addWidget(label);
     }

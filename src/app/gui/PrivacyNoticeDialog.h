@@ -7,5 +7,6 @@ class PrivacyNoticeDialog : public QDialog {
     Q_OBJECT
 
 public:
-    explicit PrivacyNoticeDialog(QWidget *parent = nullptr);
+    // checksForUpdates: whether this build has an update feed; the notice says what it does.
+    explicit PrivacyNoticeDialog(bool checksForUpdates, QWidget *parent = nullptr);
 };

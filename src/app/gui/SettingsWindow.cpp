@@ -462,7 +462,7 @@ void SettingsWindow::buildPrivacySection()
     details->setObjectName(QStringLiteral("privacyDetailsButton"));
     details->setAutoDefault(false);
     connect(details, &QPushButton::clicked, this, [this] {
-        PrivacyNoticeDialog dialog(this);
+        PrivacyNoticeDialog dialog(m_updates && m_updates->hasFeed(), this);
         dialog.exec();
     });
     addHint(section, tr("Was OdeLeaf speichert und was es über das Netz sendet."));

@@ -1,6 +1,11 @@
 #include "app/gui/StatusPanel.h"
 
 #include "app/gui/ThemeIcon.h"
+#include "archive/MessageText.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QPlainTextEdit>
 
 #include <QLabel>
 #include <QProgressBar>
@@ -25,11 +30,12 @@ void retainSpaceWhenHidden(QWidget *widget)
 StatusPanel::StatusPanel(QWidget *parent)
     : QWidget(parent), m_statusLabel(new QLabel(this)), m_busyIndicator(new QProgressBar(this)),
       m_revealButton(
-          new QPushButton(ThemeIcon::named(QStringLiteral("folder-open")), tr("Im Dateimanager zeigen"), this))
+          new QPushButton(ThemeIcon::named(QStringLiteral("folder-open")), tr("Im Dateimanager zeigen"), this)),
+      m_wholeStatusButton(new QPushButton(tr("Ganze Meldung…"), this))
 {
     setObjectName(QStringLiteral("statusPanel"));
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(12, 10, 12, 12);
+    layout->setContentsMargins(4, 10, 4, 12);
     layout->setSpacing(6);
 
     auto *heading = new QLabel(tr("Status"), this);
@@ -62,6 +68,13 @@ StatusPanel::StatusPanel(QWidget *parent)
     textArea->setFixedHeight(shownLines * fontMetrics().lineSpacing() + 2);
     layout->addWidget(textArea);
 
+    m_wholeStatusButton->setObjectName(QStringLiteral("wholeStatusButton"));
+    m_wholeStatusButton->setFlat(true);
+    m_wholeStatusButton->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    m_wholeStatusButton->hide();
+    connect(m_wholeStatusButton, &QPushButton::clicked, this, &StatusPanel::showWholeStatus);
+    layout->addWidget(m_wholeStatusButton, 0, Qt::AlignLeft);
+
     m_revealButton->hide();
     m_revealButton->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     retainSpaceWhenHidden(m_revealButton);
@@ -74,14 +87,33 @@ void StatusPanel::setStatus(const QString &text)
     // The button belongs to the message about the written file; any later message hides it.
     if (!m_fileAnnouncedThisTurn)
         setLastWrittenFile(QString());
+    m_status = text;
     m_statusLabel->setEnabled(!text.isEmpty());
-    m_statusLabel->setText(text.isEmpty() ? tr("Keine aktuellen Meldungen.") : text);
-    m_statusLabel->setProperty("statusText", text);
+    m_statusLabel->setText(text.isEmpty() ? tr("Keine aktuellen Meldungen.") : MessageText::shortened(text));
+    const bool cut = MessageText::isShortened(text);
+    m_statusLabel->setToolTip(cut ? MessageText::shortened(text, MessageText::tooltipLimit) : QString());
+    m_wholeStatusButton->setVisible(cut);
 }
 
 QString StatusPanel::status() const
 {
-    return m_statusLabel->property("statusText").toString();
+    return m_status;
+}
+
+void StatusPanel::showWholeStatus()
+{
+    QDialog dialog(this);
+    dialog.setWindowTitle(tr("Status"));
+    auto *layout = new QVBoxLayout(&dialog);
+    auto *text = new QPlainTextEdit(&dialog);
+    text->setReadOnly(true);
+    text->setPlainText(MessageText::inLines(m_status));
+    layout->addWidget(text);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
+    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    layout->addWidget(buttons);
+    dialog.resize(640, 360);
+    dialog.exec();
 }
 
 void StatusPanel::setLastWrittenFile(const QString &path)

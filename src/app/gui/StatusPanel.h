@@ -21,6 +21,8 @@ public:
     QString lastWrittenFile() const { return m_lastWrittenFile; }
     void setBusy(bool busy);
     bool isBusy() const;
+    // Shows the whole of a message the panel had to cut.
+    void showWholeStatus();
 
 Q_SIGNALS:
     void revealRequested(const QString &path);
@@ -29,6 +31,8 @@ private:
     QLabel *m_statusLabel;
     QProgressBar *m_busyIndicator;
     QPushButton *m_revealButton;
+    QPushButton *m_wholeStatusButton;
+    QString m_status;
     QString m_lastWrittenFile;
     bool m_fileAnnouncedThisTurn = false;
 };

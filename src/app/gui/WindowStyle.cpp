@@ -4,6 +4,7 @@ QString WindowStyle::styleSheet()
 {
     return QStringLiteral(R"(
 #sidebar { background: #f4f3f0; }
+#sidebarScroll, #sidebarScroll > QWidget, #sidebarPage { background: transparent; }
 #sidebar QListWidget#sidebarList { background: transparent; outline: 0; selection-background-color: #dfddd6;
     selection-color: #161616; }
 #sidebar QListWidget#sidebarList::item { padding: 3px 4px; border-radius: 6px; }

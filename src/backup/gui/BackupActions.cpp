@@ -42,6 +42,7 @@ BackupActions::BackupActions(ArchiveContext &context, QWidget *window)
 
     m_restore = new QAction(QIcon::fromTheme(QStringLiteral("document-revert")), tr("Wiederherstellen"), this);
     m_restore->setStatusTip(tr("Gedichte aus einer Backup-Datei ergänzen oder aktualisieren"));
+    m_restore->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_W));
     connect(m_restore, &QAction::triggered, this, &BackupActions::restoreBackup);
     m_restore->setEnabled(!m_context.store().isReadOnly());
 }

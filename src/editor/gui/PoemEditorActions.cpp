@@ -44,6 +44,7 @@ PoemEditorActions::PoemEditorActions(QWidget *owner) : QObject(owner), m_owner(o
     insertFooter = make(tr("Standardabschluss einfügen"));
     insertCaption = make(tr("Bildunterschrift einfügen"));
     insertDivider = make(tr("Abschnittsmarke einfügen"));
+    insertTab = make(tr("Tabulator einfügen"), QKeySequence(Qt::CTRL | Qt::Key_Tab));
     insertImage = make(tr("Bild in das Gedicht einfügen"));
     // Ctrl+F belongs to the window, which sends it here while the editor has the focus.
     find = make(tr("Suchen und ersetzen"), QKeySequence());
@@ -137,6 +138,7 @@ void PoemEditorActions::buildMenus()
     insertMenu->addAction(insertFooter);
     insertMenu->addAction(insertCaption);
     insertMenu->addAction(insertDivider);
+    insertMenu->addAction(insertTab);
     insertMenu->addSeparator();
     insertMenu->addAction(insertImage);
     insertMenu->addMenu(imageSizeMenu);

@@ -32,6 +32,7 @@ public:
     QAction *insertFooter;
     QAction *insertCaption;
     QAction *insertDivider;
+    QAction *insertTab;
     QAction *insertImage;
     QAction *find;
     QAction *findNext;

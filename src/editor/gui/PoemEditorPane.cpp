@@ -146,6 +146,7 @@ void PoemEditorPane::connectActions()
         {m_actions->checkSpelling, Kind::checkSpelling},
         {m_actions->insertCaption, Kind::insertCaption},
         {m_actions->insertDivider, Kind::insertDivider},
+        {m_actions->insertTab, Kind::insertTab},
     };
     for (const auto &[action, kind] : plain)
         connect(action, &QAction::triggered, this, [this, kind = kind] { send(RichTextCommand(kind)); });

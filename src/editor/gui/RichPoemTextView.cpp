@@ -10,13 +10,16 @@
 #include "editor/TextFinder.h"
 #include "editor/WriterTypingAttributes.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QFontMetricsF>
 #include <QImageReader>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
+#include <QResizeEvent>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
@@ -58,7 +61,8 @@ RichPoemTextView::RichPoemTextView(QWidget *parent) : QTextEdit(parent)
 {
     setFrameShape(QFrame::NoFrame);
     setAcceptRichText(true);
-    setTabChangesFocus(false);
+    // Tab moves on through the detail pane as in a form; a tab character comes from Ctrl+Tab.
+    setTabChangesFocus(true);
     setLineWrapMode(QTextEdit::WidgetWidth);
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
@@ -97,6 +101,8 @@ void RichPoemTextView::setPoemDocument(std::unique_ptr<PoemTextDocument> documen
         delete previous.data();
     m_highlighter = new PoemTextHighlighter(QTextEdit::document(), m_spellChecker);
     m_highlighter->setSearchHighlight(m_searchHighlight);
+    // A new document is laid out at full size until the insets scale it.
+    m_textScale = 1.0;
     applyInsets();
     keepTypingAttributesComplete();
 }
@@ -115,12 +121,47 @@ void RichPoemTextView::refreshEditorFont()
 
 // The vertical inset is the document's margin, so it scrolls with the text like a page
 // edge; what the horizontal inset has beyond it stays fixed at the sides.
+QString RichPoemTextView::sampleVerseLine()
+{
+    return QStringLiteral("Die Blätter fallen leise von den Bäumen,");
+}
+
+// A narrow editor gives up page edge before it wraps a verse: the edges shrink until a
+// line like sampleVerseLine() fits, down to a thin margin; past that the text is shown
+// smaller. Only the display scales; the stored sizes stay.
 void RichPoemTextView::applyInsets()
 {
     const QSizeF inset = textInset(m_appearance);
-    QTextEdit::document()->setDocumentMargin(inset.height());
-    const int side = qMax(0, int(inset.width() - inset.height()));
+    const double verse = QFontMetricsF(font()).horizontalAdvance(sampleVerseLine());
+    const double room = width() - 2 * frameWidth();
+    const double smallestInset = std::min(minimumInset, inset.width());
+    const double scale = std::clamp((room - 2 * smallestInset) / verse, minimumTextScale, 1.0);
+    if (!qFuzzyCompare(scale, m_textScale)) {
+        m_textScale = scale;
+        QAbstractTextDocumentLayout *layout = QTextEdit::document()->documentLayout();
+        if (scale < 1.0) {
+            m_scaledLayoutDevice = QImage(1, 1, QImage::Format_RGB32);
+            const double dotsPerMeter = logicalDpiY() * scale / 0.0254;
+            m_scaledLayoutDevice.setDotsPerMeterX(qRound(dotsPerMeter));
+            m_scaledLayoutDevice.setDotsPerMeterY(qRound(dotsPerMeter));
+        }
+        layout->setPaintDevice(scale < 1.0 ? &m_scaledLayoutDevice : nullptr);
+        QTextEdit::document()->markContentsDirty(0, QTextEdit::document()->characterCount());
+    }
+    const double spare = (room - verse * m_textScale) / 2;
+    const double horizontal = std::clamp(spare, smallestInset, inset.width());
+    const double vertical = std::min(inset.height(), horizontal);
+    QTextEdit::document()->setDocumentMargin(vertical);
+    const int side = qMax(0, int(horizontal - vertical));
     setViewportMargins(side, 0, side, 0);
+}
+
+void RichPoemTextView::resizeEvent(QResizeEvent *event)
+{
+    // The margins first: the base class lays the text out for the viewport they leave.
+    if (event->size().width() != event->oldSize().width())
+        applyInsets();
+    QTextEdit::resizeEvent(event);
 }
 
 PoemTextDocument *RichPoemTextView::poemDocument() const
@@ -257,6 +298,9 @@ void RichPoemTextView::apply(const RichTextCommand &command)
         break;
     case Kind::insertDivider:
         RichTextEditing::insertSectionMark(cursor);
+        break;
+    case Kind::insertTab:
+        cursor.insertText(QStringLiteral("\t"));
         break;
     }
     setTextCursor(cursor);

@@ -3,6 +3,7 @@
 #include "editor/EditorAppearance.h"
 #include "editor/RichTextCommand.h"
 
+#include <QImage>
 #include <QPointer>
 #include <QTextEdit>
 #include <QTimer>
@@ -20,6 +21,13 @@ class RichPoemTextView : public QTextEdit {
     Q_OBJECT
 
 public:
+    // A verse line of forty characters, which the editor keeps unwrapped at any width.
+    static QString sampleVerseLine();
+    static constexpr double minimumInset = 8;
+    // The smallest the text is shown to keep a verse line whole.
+    static constexpr double minimumTextScale = 0.7;
+    double textScale() const { return m_textScale; }
+
     explicit RichPoemTextView(QWidget *parent = nullptr);
     ~RichPoemTextView() override;
 
@@ -52,6 +60,7 @@ protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
@@ -70,6 +79,9 @@ private:
     SpellChecker *m_spellChecker = nullptr;
     QString m_searchHighlight;
     EditorAppearance m_appearance = EditorAppearance::standard;
+    // Laid out for this device, the text shows smaller without a change to the stored sizes.
+    QImage m_scaledLayoutDevice;
+    double m_textScale = 1.0;
     QTextCharFormat m_defaults;
     QTimer m_caretBlink;
     bool m_caretShown = true;

@@ -5,9 +5,11 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QThread>
 
 CSVImportActions::CSVImportActions(ArchiveContext &context, QWidget *window)
     : QObject(window), m_context(context), m_window(window),
@@ -21,11 +23,26 @@ CSVImportActions::CSVImportActions(ArchiveContext &context, QWidget *window)
     connect(m_import, &QAction::triggered, this, &CSVImportActions::chooseFileAndImport);
 }
 
+CSVImportActions::~CSVImportActions()
+{
+    // The reader reports to this object; it has to be done before this goes.
+    if (m_reader)
+        m_reader->wait();
+}
+
+QString CSVImportActions::startFolder()
+{
+    if (const auto remembered = AppPreferences::resolvedFolder(FolderKind::csv))
+        return *remembered;
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
 void CSVImportActions::chooseFileAndImport()
 {
-    const QString folder = AppPreferences::resolvedFolder(FolderKind::csv)
-                               .value_or(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-    const QString path = chooseFile(folder);
+    if (m_reader)
+        return;
+    const QString path = chooseFile(startFolder());
     if (path.isEmpty()) {
         Q_EMIT statusChanged(CSVImporter::cancelledStatus());
         return;
@@ -36,10 +53,27 @@ void CSVImportActions::chooseFileAndImport()
 
 void CSVImportActions::importFile(const QString &path)
 {
+    if (m_reader)
+        return;
     setBusy(true);
-    // Shows the busy state before the window is blocked for a long list.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    const CSVImportResult result = CSVImporter::importGedichte(path, m_context);
+    m_reader = QThread::create([this, path] {
+        const CSVPreparedImport prepared = CSVImporter::read(path);
+        QMetaObject::invokeMethod(
+            this, [this, prepared] { finishImport(prepared); }, Qt::QueuedConnection);
+    });
+    m_reader->setObjectName(QStringLiteral("CSVReader"));
+    connect(m_reader, &QThread::finished, m_reader, &QObject::deleteLater);
+    m_reader->start(QThread::LowPriority);
+}
+
+void CSVImportActions::finishImport(const CSVPreparedImport &prepared)
+{
+    if (m_reader) {
+        m_reader->wait();
+        m_reader = nullptr;
+    }
+    // The archive is written here, on its own thread.
+    const CSVImportResult result = CSVImporter::apply(prepared, m_context);
     setBusy(false);
     Q_EMIT statusChanged(CSVImporter::statusLine(result));
 }
@@ -53,7 +87,7 @@ QString CSVImportActions::chooseFile(const QString &folder)
 void CSVImportActions::setBusy(bool busy)
 {
     if (busy)
-        QApplication::setOverrideCursor(Qt::WaitCursor);
+        QApplication::setOverrideCursor(Qt::BusyCursor);
     else
         QApplication::restoreOverrideCursor();
     m_import->setEnabled(!busy);

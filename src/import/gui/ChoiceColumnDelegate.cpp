@@ -1,6 +1,7 @@
 #include "import/gui/ChoiceColumnDelegate.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QPainter>
 #include <QStyle>
 
@@ -37,6 +38,14 @@ void ChoiceColumnDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
     combo.rect = style->subControlRect(QStyle::CC_ComboBox, &combo, QStyle::SC_ComboBoxEditField, widget);
     const QString text = index.data(Qt::DisplayRole).toString();
     painter->save();
+    // A warning (a poem chosen twice) stands before the title, inside the button.
+    const QIcon warning = index.data(Qt::DecorationRole).value<QIcon>();
+    if (!warning.isNull()) {
+        const int side = std::min(16, combo.rect.height());
+        const QRect iconRect(combo.rect.left() + 4, combo.rect.center().y() - side / 2, side, side);
+        warning.paint(painter, iconRect);
+        combo.rect.setLeft(iconRect.right() + 2);
+    }
     painter->setPen(combo.palette.color(QPalette::ButtonText));
     painter->drawText(combo.rect.adjusted(4, 0, -2, 0), Qt::AlignVCenter | Qt::AlignLeft,
                       combo.fontMetrics.elidedText(text, Qt::ElideRight, combo.rect.width() - 6));

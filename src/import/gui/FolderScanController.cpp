@@ -18,6 +18,7 @@ FolderScanController::FolderScanController(ArchiveContext &context, QWidget *win
     m_textScanAction->setToolTip(tr("Texte aus einem Ordner mit DOCX- und PDF-Dateien den Gedichten zuordnen"));
     m_imageScanAction->setToolTip(tr("Bilder aus einem Ordner mit PNG- und JPEG-Dateien den Gedichten zuordnen"));
     m_textScanAction->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I));
+    m_imageScanAction->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_I));
     m_textScanAction->setIcon(QIcon::fromTheme(QStringLiteral("folder-open")));
     m_imageScanAction->setIcon(
         QIcon::fromTheme(QStringLiteral("folder-pictures"), QIcon::fromTheme(QStringLiteral("image-x-generic"))));

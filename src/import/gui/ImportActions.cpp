@@ -89,6 +89,9 @@ void ImportActions::finishRun(ImportReviewWindow *review)
     }
     if (!m_run->hasApplied())
         return;
+    // The review is done with; left open, a window-modal review keeps the report from input.
+    if (review)
+        review->accept();
     setUndoAvailable(ImportStateFiles::hasPendingUndo());
     setReportAvailable(true);
     presentReport(m_run->report(), m_run->logText());

@@ -1,12 +1,39 @@
 #include "import/gui/ImportProposalTableModel.h"
 
+#include <QApplication>
 #include <QFont>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QPalette>
+#include <QStyle>
 
 ImportProposalTableModel::ImportProposalTableModel(QList<ImportProposal> proposals, TitleLookup lookup, QObject *parent)
     : QAbstractTableModel(parent), m_proposals(std::move(proposals)), m_lookup(std::move(lookup))
 {
+    for (const ImportProposal &proposal : std::as_const(m_proposals))
+        countChoice(proposal.chosenPoemObjectURI, 1);
+}
+
+void ImportProposalTableModel::countChoice(const std::optional<QString> &poemObjectURI, int delta)
+{
+    if (poemObjectURI)
+        m_choiceCounts[*poemObjectURI] += delta;
+}
+
+int ImportProposalTableModel::sharedChoiceCount() const
+{
+    return int(std::count_if(m_choiceCounts.cbegin(), m_choiceCounts.cend(), [](int count) { return count > 1; }));
+}
+
+bool ImportProposalTableModel::sharesItsChoice(const ImportProposal &proposal) const
+{
+    return proposal.chosenPoemObjectURI && m_choiceCounts.value(*proposal.chosenPoemObjectURI) > 1;
+}
+
+QString ImportProposalTableModel::sharedChoiceText()
+{
+    return tr("Diesem Gedicht ist noch eine andere Datei zugeordnet; übernommen würde nur der Text der zuletzt "
+              "gelesenen.");
 }
 
 QString ImportProposalTableModel::noChoiceText()
@@ -26,8 +53,15 @@ void ImportProposalTableModel::setChoice(qsizetype proposalIndex, std::optional<
     ImportProposal &proposal = m_proposals[proposalIndex];
     if (proposal.chosenPoemObjectURI == poemObjectURI)
         return;
+    const int sharedBefore = sharedChoiceCount();
+    countChoice(proposal.chosenPoemObjectURI, -1);
     proposal.chosenPoemObjectURI = std::move(poemObjectURI);
+    countChoice(proposal.chosenPoemObjectURI, 1);
     Q_EMIT dataChanged(index(int(proposalIndex), 0), index(int(proposalIndex), columnTotal - 1));
+    // Another row may have gained or lost its warning.
+    Q_EMIT dataChanged(index(0, choiceColumn), index(rowCount() - 1, choiceColumn));
+    if (sharedChoiceCount() != sharedBefore)
+        Q_EMIT sharedChoicesChanged();
 }
 
 QString ImportProposalTableModel::choiceTitle(const ImportProposal &proposal) const
@@ -60,10 +94,16 @@ QVariant ImportProposalTableModel::data(const QModelIndex &index, int role) cons
     const ImportProposal &proposal = m_proposals.at(index.row());
     if (role == proposalIndexRole)
         return index.row();
+    if (role == sortRole) {
+        if (index.column() == scoreColumn)
+            return proposal.suggestedTitle ? proposal.suggestedScore : -1.0;
+        role = Qt::DisplayRole;
+    }
     switch (index.column()) {
     case fileColumn:
+        // With its subfolder: two folders may hold files of one name.
         if (role == Qt::DisplayRole)
-            return proposal.fileName;
+            return proposal.relativePath.isEmpty() ? proposal.fileName : proposal.relativePath;
         if (role == Qt::ToolTipRole)
             return proposal.relativePath;
         break;
@@ -86,7 +126,10 @@ QVariant ImportProposalTableModel::data(const QModelIndex &index, int role) cons
         if (role == Qt::DisplayRole)
             return choiceTitle(proposal);
         if (role == Qt::ToolTipRole)
-            return tr("Klicken, um die Zuordnung zu ändern");
+            return sharesItsChoice(proposal) ? sharedChoiceText() : tr("Klicken, um die Zuordnung zu ändern");
+        if (role == Qt::DecorationRole && sharesItsChoice(proposal))
+            return QIcon::fromTheme(QStringLiteral("dialog-warning"),
+                                    QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning));
         break;
     default:
         break;

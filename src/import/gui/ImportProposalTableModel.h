@@ -15,6 +15,8 @@ class ImportProposalTableModel : public QAbstractTableModel {
 public:
     enum Column { fileColumn, suggestionColumn, scoreColumn, choiceColumn, columnTotal };
     static constexpr int proposalIndexRole = Qt::UserRole + 1;
+    // What a click on a column header sorts by: scores as numbers, texts as shown.
+    static constexpr int sortRole = Qt::UserRole + 2;
 
     // Titles of chosen poems that are not among a proposal's candidates.
     using TitleLookup = std::function<std::optional<QString>(const QString &poemObjectURI)>;
@@ -24,6 +26,9 @@ public:
     const QList<ImportProposal> &proposals() const { return m_proposals; }
     void setChoice(qsizetype proposalIndex, std::optional<QString> poemObjectURI);
     QString choiceTitle(const ImportProposal &proposal) const;
+    // Poems that more than one file is chosen for: only the last file's text would remain.
+    int sharedChoiceCount() const;
+    bool sharesItsChoice(const ImportProposal &proposal) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -32,8 +37,15 @@ public:
 
     static QString noChoiceText();
     static QString scoreText(double score);
+    static QString sharedChoiceText();
+
+Q_SIGNALS:
+    void sharedChoicesChanged();
 
 private:
+    void countChoice(const std::optional<QString> &poemObjectURI, int delta);
+
     QList<ImportProposal> m_proposals;
     TitleLookup m_lookup;
+    QHash<QString, int> m_choiceCounts;
 };

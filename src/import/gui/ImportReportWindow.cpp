@@ -1,11 +1,14 @@
 #include "import/gui/ImportReportWindow.h"
 
+#include "archive/MessageText.h"
+
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTableWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -33,12 +36,27 @@ QIcon statusIcon(ImportReport::Status status)
     return {};
 }
 
+// The reasons in full, one file a line, where the "Grund" column has to cut them.
+QString withReasons(const QString &technicalDetails, const ImportReport &report)
+{
+    QStringList lines;
+    for (const ImportReport::Item &item : report.items) {
+        if (item.reason && !item.reason->isEmpty())
+            lines.append(QStringLiteral("%1 → %2: %3")
+                             .arg(item.fileName, item.poemTitle, ImportReport::displayedReason(*item.reason)));
+    }
+    if (lines.isEmpty())
+        return technicalDetails;
+    const QString reasons = ImportReportWindow::tr("Gründe:") + QLatin1Char('\n') + lines.join(QLatin1Char('\n'));
+    return technicalDetails.isEmpty() ? reasons : technicalDetails + QStringLiteral("\n\n") + reasons;
+}
+
 } // namespace
 
 ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString &technicalDetails, QWidget *parent)
     : QDialog(parent)
 {
-    setWindowTitle(report.title);
+    setWindowTitle(report.displayedTitle());
     resize(860, 600);
     setSizeGripEnabled(true);
     auto *layout = new QVBoxLayout(this);
@@ -52,12 +70,14 @@ ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString
     headline->setFont(headlineFont);
     layout->addWidget(headline);
 
-    const QString when = QLocale().toString(report.createdAt.toLocalTime(), QLocale::ShortFormat);
-    auto *subtitle = new QLabel(tr("%1 – %2").arg(report.title, when), this);
+    const QString when = report.createdAt.toLocalTime().toString(tr("dd.MM.yyyy, HH:mm"));
+    auto *subtitle = new QLabel(tr("%1 – %2").arg(report.displayedTitle(), when), this);
     subtitle->setForegroundRole(QPalette::PlaceholderText);
     layout->addWidget(subtitle);
-    auto *summary = wrappedLabel(report.summary, this);
+    auto *summary = wrappedLabel(MessageText::shortened(report.summary), this);
     summary->setObjectName(QStringLiteral("reportSummary"));
+    // Wraps at the window's width; a word longer than that is cut, never widens the window.
+    summary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     layout->addWidget(summary);
     auto *checked = new QLabel(report.checkedFilesText(), this);
     checked->setObjectName(QStringLiteral("reportCheckedFiles"));
@@ -78,9 +98,10 @@ ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString
                          new QTableWidgetItem(statusIcon(item.status), ImportReport::displayTitle(item.status)));
         m_items->setItem(row, 1, new QTableWidgetItem(item.fileName));
         m_items->setItem(row, 2, new QTableWidgetItem(item.poemTitle));
-        m_items->setItem(row, 3, new QTableWidgetItem(item.reason.value_or(QString())));
+        const QString reason = item.reason ? ImportReport::displayedReason(*item.reason) : QString();
+        m_items->setItem(row, 3, new QTableWidgetItem(reason));
         m_items->item(row, 1)->setToolTip(item.fileName);
-        m_items->item(row, 3)->setToolTip(item.reason.value_or(QString()));
+        m_items->item(row, 3)->setToolTip(reason);
     }
     m_items->resizeColumnToContents(0);
     m_items->setColumnWidth(1, 260);
@@ -94,7 +115,7 @@ ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString
     m_detailsToggle->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_detailsToggle->setArrowType(Qt::RightArrow);
     m_detailsToggle->setAutoRaise(true);
-    m_details = new QPlainTextEdit(technicalDetails, this);
+    m_details = new QPlainTextEdit(withReasons(technicalDetails, report), this);
     m_details->setReadOnly(true);
     m_details->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_details->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -107,7 +128,9 @@ ImportReportWindow::ImportReportWindow(const ImportReport &report, const QString
     layout->addWidget(m_detailsToggle, 0, Qt::AlignLeft);
     layout->addWidget(m_details);
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    auto *buttons = new QDialogButtonBox(this);
+    QPushButton *close = buttons->addButton(tr("Schließen"), QDialogButtonBox::RejectRole);
+    close->setObjectName(QStringLiteral("closeReportButton"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
 }

@@ -1,6 +1,7 @@
 #include "import/gui/ImportReviewWindow.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/MessageText.h"
 #include "import/PoemSnapshot.h"
 #include "import/gui/ChoiceColumnDelegate.h"
 #include "import/gui/ImportProposalTableModel.h"
@@ -21,6 +22,8 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTableView>
@@ -81,6 +84,19 @@ QWidget *timeoutStepper(QLabel *label, int &seconds, const std::function<QString
     return row;
 }
 
+// The options' three columns are wider than a small screen; they scroll, the buttons stay.
+QScrollArea *scrollingSideways(QWidget *content)
+{
+    auto *scroll = new QScrollArea(content->parentWidget());
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidget(content);
+    scroll->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    scroll->setFixedHeight(content->sizeHint().height() + scroll->horizontalScrollBar()->sizeHint().height());
+    return scroll;
+}
+
 } // namespace
 
 ImportReviewWindow::ImportReviewWindow(ArchiveContext &context, const FolderScanOutcome &scan, QWidget *parent)
@@ -94,6 +110,9 @@ ImportReviewWindow::ImportReviewWindow(ArchiveContext &context, const FolderScan
         scan.proposals, [this](const QString &uri) { return poemTitle(uri); }, this);
     m_filtered = new ProposalFilterProxyModel(this);
     m_filtered->setSourceModel(m_model);
+    m_filtered->setSortRole(ImportProposalTableModel::sortRole);
+    m_filtered->setSortLocaleAware(true);
+    m_filtered->setSortCaseSensitivity(Qt::CaseInsensitive);
 
     auto *layout = new QVBoxLayout(this);
     layout->setSpacing(10);
@@ -101,7 +120,7 @@ ImportReviewWindow::ImportReviewWindow(ArchiveContext &context, const FolderScan
     layout->addWidget(makeFilterBar());
     layout->addWidget(makeList(), 1);
     if (!m_imagesOnly)
-        layout->addWidget(makeOptions());
+        layout->addWidget(scrollingSideways(makeOptions()));
     layout->addWidget(makeFooter());
 
     connect(m_filtered, &QAbstractItemModel::rowsInserted, this, &ImportReviewWindow::updateVisibleCount);
@@ -198,6 +217,9 @@ QWidget *ImportReviewWindow::makeList()
     columns->setSectionResizeMode(ImportProposalTableModel::choiceColumn, QHeaderView::Interactive);
     columns->resizeSection(ImportProposalTableModel::choiceColumn, 300);
     columns->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // Sorted by a click on a header; until then in the order the matcher gave.
+    columns->setSortIndicator(-1, Qt::AscendingOrder);
+    m_table->setSortingEnabled(true);
 
     connect(m_table, &QTableView::clicked, this, [this](const QModelIndex &index) {
         if (index.column() == ImportProposalTableModel::choiceColumn)
@@ -291,8 +313,26 @@ QWidget *ImportReviewWindow::makeFooter()
     auto *layout = new QHBoxLayout(footer);
     layout->setContentsMargins(0, 0, 0, 0);
     auto *texts = new QVBoxLayout;
+    m_sharedChoices = new QLabel(footer);
+    m_sharedChoices->setObjectName(QStringLiteral("sharedChoiceWarning"));
+    m_sharedChoices->setWordWrap(true);
+    texts->addWidget(m_sharedChoices);
+    const auto showSharedChoices = [this] {
+        const int shared = m_model->sharedChoiceCount();
+        m_sharedChoices->setText(
+            shared == 1
+                ? tr("Ein Gedicht ist mehr als einer Datei zugeordnet; übernommen wird nur ein Text.")
+                : tr("%1 Gedichte sind mehr als einer Datei zugeordnet; übernommen wird je nur ein Text.").arg(shared));
+        m_sharedChoices->setVisible(shared > 0);
+    };
+    connect(m_model, &ImportProposalTableModel::sharedChoicesChanged, this, showSharedChoices);
+    showSharedChoices();
     m_status = new QLabel(footer);
+    // A run's summary is one long line; wrapped, it cannot widen the window past the screen.
+    m_status->setWordWrap(true);
+    m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_progress = hintLabel(QString(), footer);
+    m_progress->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_progressBar = new QProgressBar(footer);
     m_progressBar->setTextVisible(true);
     m_progressBar->setFormat(tr("%v von %m"));
@@ -476,12 +516,14 @@ void ImportReviewWindow::setImporting(bool importing)
 
 void ImportReviewWindow::setStatusText(const QString &text)
 {
-    m_status->setText(text);
+    m_status->setText(MessageText::shortened(text));
+    m_status->setToolTip(MessageText::isShortened(text) ? MessageText::shortened(text, MessageText::tooltipLimit)
+                                                        : QString());
 }
 
 void ImportReviewWindow::setProgressText(const QString &text)
 {
-    m_progress->setText(text);
+    m_progress->setText(MessageText::shortened(text));
 }
 
 void ImportReviewWindow::setProgress(const QString &text, int done, int total)

@@ -98,6 +98,7 @@ private:
     QList<QWidget *> m_pdfControls;
     QGroupBox *m_optionsBox = nullptr;
     ImportReviewOptions m_options;
+    QLabel *m_sharedChoices = nullptr;
     QLabel *m_status = nullptr;
     QLabel *m_progress = nullptr;
     QProgressBar *m_progressBar = nullptr;
