@@ -6,6 +6,7 @@
 #include "app/gui/ThemeIcon.h"
 #include "archive/AppPreferences.h"
 #include "archive/PersistenceController.h"
+#include "backup/TemporaryLeftovers.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -48,6 +49,7 @@ int main(int argc, char **argv)
         QMessageBox::critical(nullptr, QStringLiteral("OdeLeaf"), opened.errorMessage());
         return 1;
     }
+    TemporaryLeftovers::removeFromKnownFolders();
     UpdateManager updates;
     MainWindow window(PersistenceController::shared().viewContext());
     window.setUpdateManager(&updates);
