@@ -352,7 +352,12 @@ void PoemDetailView::commitCategory()
         return;
     applyEdit([category](Poem &poem) { poem.setCategory(category); });
     // A name typed here is offered again next time, in every poem.
-    if (category && CategoryCatalog::adoptCategories({*category}) > 0)
+    if (!category)
+        return;
+    const auto adopted = CategoryCatalog::adoptCategories({*category});
+    if (!adopted)
+        setSaveStatus(adopted.errorMessage(), true);
+    else if (*adopted > 0)
         reloadCategories();
 }
 
