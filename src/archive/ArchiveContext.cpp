@@ -205,6 +205,11 @@ QString poemLabel(const PoemValues &values)
     return title.isEmpty() ? ArchiveContext::tr("(ohne Titel)") : title;
 }
 
+QString poemLogId(const Poem &poem)
+{
+    return poem.id() ? uuidText(*poem.id()) : poem.objectID();
+}
+
 QString fieldNames(PoemFieldSet fields)
 {
     QStringList names;
@@ -247,6 +252,7 @@ Result<void> ArchiveContext::save()
     std::vector<SaveStep> done;
     std::vector<SaveStep> rebased;
     QStringList conflicts;
+    QStringList conflictIds;
     const auto fail = [&](const Error &error) -> Result<void> {
         write->reset(); // rolls back before memory takes the other versions as base
         for (const SaveStep &step : rebased)
@@ -276,6 +282,7 @@ Result<void> ArchiveContext::save()
             conflicts.append(tr("„%1“ wurde in einem anderen Programm endgültig gelöscht. Die Änderung hier ist nicht "
                                 "gespeichert; beim nächsten Speichern wird das Gedicht neu angelegt.")
                                  .arg(poemLabel(poem->m_values)));
+            conflictIds.append(poemLogId(*poem));
             rebased.push_back({poem, 0, 0, poem->m_saved, poem->m_values});
             continue;
         }
@@ -285,6 +292,7 @@ Result<void> ArchiveContext::save()
             conflicts.append(tr("„%1“ wurde gleichzeitig in einem anderen Programm geändert (%2). Die Änderung hier "
                                 "ist nicht gespeichert; beim nächsten Speichern ersetzt sie die andere.")
                                  .arg(poemLabel(poem->m_values), fieldNames(merge.conflicts)));
+            conflictIds.append(poemLogId(*poem));
             continue;
         }
         if (merge.toWrite.none()) {
@@ -314,10 +322,12 @@ Result<void> ArchiveContext::save()
         conflicts.append(tr("„%1“ wurde in einem anderen Programm geändert und deshalb nicht endgültig gelöscht. "
                             "Beim nächsten Löschen geht diese Änderung verloren.")
                              .arg(poemLabel((*stored)->values)));
+        conflictIds.append(poemLogId(*poem));
         rebased.push_back({poem, poem->m_rowKey, (*stored)->changeSeq, (*stored)->values, (*stored)->values});
     }
     if (!conflicts.isEmpty())
-        return fail(Error{conflicts.join(QLatin1Char(' '))});
+        return fail(Error{conflicts.join(QLatin1Char(' ')),
+                          QStringLiteral("save conflict with another process, poems %1").arg(conflictIds.join(u','))});
     if (auto committed = store.commit(); !committed)
         return fail(committed.error());
     write->reset();
@@ -355,13 +365,6 @@ void ArchiveContext::finishSave(const std::vector<SaveStep> &steps)
         Q_EMIT contextDidChange();
 }
 
-Result<void> ArchiveContext::saveIfBatchFull()
-{
-    if (changedPoemCount() < saveBatchSize)
-        return {};
-    return save();
-}
-
 void ArchiveContext::rollback()
 {
     for (auto &[key, poem] : m_deleted)
@@ -380,6 +383,19 @@ void ArchiveContext::rollback()
     }
     m_changed.clear();
     Q_EMIT contextDidChange();
+}
+
+void ArchiveContext::revert(const QList<PoemPtr> &poems)
+{
+    bool reverted = false;
+    for (const PoemPtr &poem : poems) {
+        if (!poem || poem->m_context != this || !poem->m_persisted || poem->m_values == poem->m_saved)
+            continue;
+        poem->m_values = poem->m_saved;
+        reverted = true;
+    }
+    if (reverted)
+        Q_EMIT contextDidChange();
 }
 
 void ArchiveContext::noteChanged(qint64 key)

@@ -375,7 +375,7 @@ void PoemDetailView::applyEdit(const std::function<void(Poem &)> &change)
         setSaveStatus(tr("Gespeichert"), false);
     } else {
         // The change stays in memory and goes with the next save that succeeds.
-        qWarning().noquote() << QStringLiteral("apply/save failed: %1").arg(saved.errorMessage());
+        qWarning().noquote() << QStringLiteral("apply/save failed: %1").arg(saved.error().forLog());
         setSaveStatus(tr("Nicht gespeichert: %1").arg(saved.errorMessage()), true);
     }
     Q_EMIT poemChanged();
