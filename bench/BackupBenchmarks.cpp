@@ -3,8 +3,10 @@
 
 #include "archive/ApplicationSupport.h"
 #include "archive/PersistenceController.h"
+#include "archive/SqliteDatabase.h"
 #include "backup/BackupExporter.h"
 #include "backup/BackupReader.h"
+#include "backup/RestorePlanner.h"
 #include "matching/TitleKey.h"
 
 #include <QFile>
@@ -116,6 +118,46 @@ void BM_readBackupOf20000Poems(benchmark::State &state)
     state.counters["peakPerFileSize"] = double(extra) / (fileMegabytes() * (1 << 20));
 }
 BENCHMARK(BM_readBackupOf20000Poems)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// A restore of 20,000 poems into a store on disk, in its one transaction: another
+// process that wants to write waits this long at most, so it must stay well inside the
+// busy timeout. Argument 0 brings every poem in new, 1 gives each stored poem a new text.
+void BM_restore20000PoemsInOneTransaction(benchmark::State &state)
+{
+    const bool update = state.range(0) == 1;
+    const Backup backup = Backup::make(archive().poems(), QDateTime::currentDateTimeUtc());
+    Backup changed = backup;
+    for (PoemBackup &entry : changed.poems)
+        entry.text = entry.text.value_or(QString()) + QStringLiteral("\nNachtrag");
+    double total = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        QTemporaryDir dir;
+        auto store = PersistenceController::open(dir.filePath(QStringLiteral("OdeLeaf.sqlite")));
+        if (!store) {
+            state.SkipWithError("the store could not be opened");
+            return;
+        }
+        ArchiveContext &context = store.value()->viewContext();
+        if (update && !RestorePlanner::restore(backup, context, RestoreMode::addMissing)) {
+            state.SkipWithError("the archive could not be filled");
+            return;
+        }
+        state.ResumeTiming();
+        const double taken = seconds([&] {
+            const auto restored =
+                RestorePlanner::restore(update ? changed : backup, context,
+                                        update ? RestoreMode::addMissingAndUpdate : RestoreMode::addMissing);
+            if (!restored || restored->created + restored->updated != poemCount)
+                state.SkipWithError("the restore did not go through whole");
+        });
+        total += taken;
+    }
+    const double average = total / double(state.iterations());
+    state.counters["restoreMs"] = average * 1000;
+    state.counters["busyTimeoutShare"] = average * 1000 / SqliteDatabase::busyTimeoutMs;
+}
+BENCHMARK(BM_restore20000PoemsInOneTransaction)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 // Python's json module on the same document: load, then dump with sorted keys and
 // indentation. The ratios say how many times faster our reader and writer are.

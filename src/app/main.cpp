@@ -8,6 +8,7 @@
 #include "app/gui/WheelFocusGuard.h"
 #include "archive/AppPreferences.h"
 #include "archive/PersistenceController.h"
+#include "backup/TemporaryLeftovers.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -66,6 +67,7 @@ int main(int argc, char **argv)
         QMessageBox::critical(nullptr, QStringLiteral("OdeLeaf"), opened.errorMessage());
         return 1;
     }
+    TemporaryLeftovers::removeFromKnownFolders();
     UpdateManager updates;
     MainWindow window(PersistenceController::shared().viewContext());
     window.setUpdateManager(&updates);

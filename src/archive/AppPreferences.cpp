@@ -252,9 +252,9 @@ QStringList AppPreferences::poemCategories()
     return settings.value(keyCategories).toStringList();
 }
 
-void AppPreferences::setPoemCategories(const QStringList &categories)
+Result<void> AppPreferences::setPoemCategories(const QStringList &categories)
 {
-    (void)setValue(keyCategories, categories);
+    return setValue(keyCategories, categories);
 }
 
 QStringList AppPreferences::normalizedCategories(const QStringList &categories)
@@ -277,7 +277,7 @@ QStringList AppPreferences::normalizedCategories(const QStringList &categories)
     return cleaned;
 }
 
-bool AppPreferences::renamePoemCategory(const QString &oldName, const QString &newName)
+Result<bool> AppPreferences::renamePoemCategory(const QString &oldName, const QString &newName)
 {
     const QString from = oldName.trimmed();
     const QString to = newName.trimmed();
@@ -300,8 +300,10 @@ bool AppPreferences::renamePoemCategory(const QString &oldName, const QString &n
             renamed.append(to);
         hasNewName = true;
     }
-    if (renamed != categories)
-        setPoemCategories(renamed);
+    if (renamed != categories) {
+        if (auto stored = setPoemCategories(renamed); !stored)
+            return stored.error();
+    }
     return true;
 }
 

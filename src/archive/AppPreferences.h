@@ -56,14 +56,15 @@ public:
     // itself (imports, CSV rows, the detail pane) go through normalizedCategories() and
     // join the end of the list in its order (CategoryCatalog::adoptCategories).
     static QStringList poemCategories();
-    static void setPoemCategories(const QStringList &categories);
+    static Result<void> setPoemCategories(const QStringList &categories);
     // Trimmed, blanks and repeats (ignoring case and diacritics, first spelling wins)
     // dropped, then sorted in the localised standard order.
     static QStringList normalizedCategories(const QStringList &categories);
     // Entries matching the old name take the new one; when the list already holds the new
     // name (in any spelling), that entry stays and the old ones are dropped. A list without
-    // the old name is left as it is.
-    static bool renamePoemCategory(const QString &oldName, const QString &newName);
+    // the old name is left as it is. False for a blank name; an error when the list could
+    // not be stored.
+    static Result<bool> renamePoemCategory(const QString &oldName, const QString &newName);
 
     static bool automaticallyChecksForUpdates();
     static void setAutomaticallyChecksForUpdates(bool value);

@@ -209,6 +209,11 @@ QString poemLabel(const PoemValues &values)
     return title.isEmpty() ? ArchiveContext::tr("(ohne Titel)") : title;
 }
 
+QString poemLogId(const Poem &poem)
+{
+    return poem.id() ? uuidText(*poem.id()) : poem.objectID();
+}
+
 QString fieldNames(PoemFieldSet fields)
 {
     QStringList names;
@@ -251,6 +256,7 @@ Result<void> ArchiveContext::save()
     std::vector<SaveStep> done;
     std::vector<SaveStep> rebased;
     QStringList conflicts;
+    QStringList conflictIds;
     const auto fail = [&](const Error &error) -> Result<void> {
         write->reset(); // rolls back before memory takes the other versions as base
         for (const SaveStep &step : rebased)
@@ -284,6 +290,7 @@ Result<void> ArchiveContext::save()
             conflicts.append(tr("„%1“ wurde in einem anderen Programm endgültig gelöscht. Die Änderung hier ist nicht "
                                 "gespeichert; beim nächsten Speichern wird das Gedicht neu angelegt.")
                                  .arg(poemLabel(poem->m_values)));
+            conflictIds.append(poemLogId(*poem));
             rebased.push_back({poem, 0, 0, poem->m_saved, poem->m_values});
             continue;
         }
@@ -293,6 +300,7 @@ Result<void> ArchiveContext::save()
             conflicts.append(tr("„%1“ wurde gleichzeitig in einem anderen Programm geändert (%2). Die Änderung hier "
                                 "ist nicht gespeichert; beim nächsten Speichern ersetzt sie die andere.")
                                  .arg(poemLabel(poem->m_values), fieldNames(merge.conflicts)));
+            conflictIds.append(poemLogId(*poem));
             continue;
         }
         if (merge.toWrite.none()) {
@@ -322,10 +330,12 @@ Result<void> ArchiveContext::save()
         conflicts.append(tr("„%1“ wurde in einem anderen Programm geändert und deshalb nicht endgültig gelöscht. "
                             "Beim nächsten Löschen geht diese Änderung verloren.")
                              .arg(poemLabel((*stored)->values)));
+        conflictIds.append(poemLogId(*poem));
         rebased.push_back({poem, poem->m_rowKey, (*stored)->changeSeq, (*stored)->values, (*stored)->values});
     }
     if (!conflicts.isEmpty())
-        return fail(Error{conflicts.join(QLatin1Char(' '))});
+        return fail(Error{conflicts.join(QLatin1Char(' ')),
+                          QStringLiteral("save conflict with another process, poems %1").arg(conflictIds.join(u','))});
     if (auto committed = store.commit(); !committed)
         return fail(committed.error());
     write->reset();
@@ -372,13 +382,6 @@ QSet<qint64> ArchiveContext::keysOf(const std::vector<SaveStep> &steps)
     return keys;
 }
 
-Result<void> ArchiveContext::saveIfBatchFull()
-{
-    if (changedPoemCount() < saveBatchSize)
-        return {};
-    return save();
-}
-
 void ArchiveContext::rollback()
 {
     QSet<qint64> keys(m_changed.begin(), m_changed.end());
@@ -401,6 +404,19 @@ void ArchiveContext::rollback()
     m_changed.clear();
     if (!keys.isEmpty())
         Q_EMIT contextDidChange(keys);
+}
+
+void ArchiveContext::revert(const QList<PoemPtr> &poems)
+{
+    bool reverted = false;
+    for (const PoemPtr &poem : poems) {
+        if (!poem || poem->m_context != this || !poem->m_persisted || poem->m_values == poem->m_saved)
+            continue;
+        poem->m_values = poem->m_saved;
+        reverted = true;
+    }
+    if (reverted)
+        Q_EMIT contextDidChange();
 }
 
 void ArchiveContext::noteChanged(qint64 key)

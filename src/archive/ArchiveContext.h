@@ -59,13 +59,9 @@ public:
     bool hasChanges() const;
     Result<void> save();
     void rollback();
-
-    // For operations that change many poems (restore, import): committing every batch
-    // lets another process waiting for the store through well within its busy timeout.
-    static constexpr int saveBatchSize = 500;
-    int changedPoemCount() const { return int(m_changed.size()); }
-    // Saves when a batch is full, else does nothing.
-    Result<void> saveIfBatchFull();
+    // Returns these poems to their last saved state and leaves every other change as it
+    // is: an operation whose own save failed takes back only what it did.
+    void revert(const QList<PoemPtr> &poems);
 
     PoemStore &store() const { return *m_store; }
 

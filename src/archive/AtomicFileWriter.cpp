@@ -1,9 +1,12 @@
 #include "archive/AtomicFileWriter.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdio>
 #include <cstring>
 
 #include <fcntl.h>
@@ -96,22 +99,37 @@ public:
     }
     int descriptor() const { return m_descriptor; }
 
-    int syncAndClose()
+    int syncAndClose(const AtomicFileWriter::SystemSync &sync)
     {
-        if (::fsync(m_descriptor) != 0)
-            return errno;
+        if (sync(m_descriptor) != 0)
+            return errno != 0 ? errno : EIO;
         const int descriptor = std::exchange(m_descriptor, -1);
         return ::close(descriptor) == 0 ? 0 : errno;
     }
 
-    int renameTo(const QByteArray &destination)
+    int renameTo(const QByteArray &destination, bool replace)
     {
-        if (::rename(m_path.constData(), destination.constData()) != 0)
+        if (replace ? ::rename(m_path.constData(), destination.constData()) != 0 : !placeWithoutReplacing(destination))
             return errno;
         m_renamed = true;
         return 0;
     }
 
+private:
+    // renameat2 where the file system has it, else a hard link, which never replaces either.
+    bool placeWithoutReplacing(const QByteArray &destination)
+    {
+        if (::renameat2(AT_FDCWD, m_path.constData(), AT_FDCWD, destination.constData(), RENAME_NOREPLACE) == 0)
+            return true;
+        if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP)
+            return false;
+        if (::link(m_path.constData(), destination.constData()) != 0)
+            return false;
+        ::unlink(m_path.constData());
+        return true;
+    }
+
+public:
 private:
     QByteArray m_path;
     int m_descriptor = -1;
@@ -142,11 +160,111 @@ ssize_t systemWrite(int descriptor, const char *data, size_t size)
     return ::write(descriptor, data, size);
 }
 
+// The kernel's protected_symlinks rule: in a sticky world-writable folder a link is
+// followed only when it belongs to the one following it or to the folder's owner.
+bool isForeignLinkInSharedFolder(const QString &path)
+{
+    struct stat link {};
+    if (::lstat(QFile::encodeName(path).constData(), &link) != 0 || !S_ISLNK(link.st_mode))
+        return false;
+    struct stat folder {};
+    if (::stat(QFile::encodeName(QFileInfo(path).absolutePath()).constData(), &folder) != 0)
+        return false;
+    const bool shared = (folder.st_mode & S_ISVTX) && (folder.st_mode & S_IWOTH);
+    return shared && link.st_uid != ::geteuid() && link.st_uid != folder.st_uid;
+}
+
+// "<prefix><pid>-" then six random characters.
+std::optional<pid_t> writerOf(const QString &fileName)
+{
+    const QString prefix = AtomicFileWriter::temporaryPrefix();
+    if (!fileName.startsWith(prefix))
+        return std::nullopt;
+    const QStringView rest = QStringView(fileName).mid(prefix.size());
+    const qsizetype dash = rest.indexOf(QLatin1Char('-'));
+    if (dash <= 0 || rest.size() - dash - 1 != 6)
+        return std::nullopt;
+    bool ok = false;
+    const qint64 pid = rest.left(dash).toLongLong(&ok);
+    if (!ok || pid <= 0)
+        return std::nullopt;
+    return pid_t(pid);
+}
+
+bool isRunning(pid_t pid)
+{
+    return ::kill(pid, 0) == 0 || errno != ESRCH;
+}
+
+Result<bool> writeFile(const QString &path, const AtomicFileWriter::Producer &produce,
+                       const AtomicFileWriter::SystemCalls &calls, bool replace)
+{
+    if (auto checked = AtomicFileWriter::checkDestination(path); !checked)
+        return checked.error();
+    const QString destination = resolvedDestination(path);
+    const QFileInfo info(destination);
+    // Independent of the destination's name, so a name of 255 bytes still has a temporary file.
+    TemporaryFile temporary(QFile::encodeName(info.absolutePath() + QLatin1Char('/') +
+                                              AtomicFileWriter::temporaryPrefix() + QString::number(::getpid()) +
+                                              QStringLiteral("-XXXXXX")));
+    if (temporary.create() < 0)
+        return Error{AtomicFileWriter::describeSystemError(errno)};
+
+    DescriptorDevice device(temporary.descriptor(), calls.write);
+    const auto produced = produce(device);
+    // The device's cause is the real one; the producer only saw that a write failed.
+    if (device.failure() || !device.drain())
+        return Error{AtomicFileWriter::describeSystemError(device.failure())};
+    if (!produced)
+        return produced.error();
+    if (const int error = temporary.syncAndClose(calls.sync))
+        return Error{AtomicFileWriter::describeSystemError(error)};
+    if (const int error = temporary.renameTo(QFile::encodeName(destination), replace)) {
+        if (error == EEXIST && !replace)
+            return false;
+        return Error{AtomicFileWriter::describeSystemError(error)};
+    }
+    syncFolder(info.absolutePath());
+    return true;
+}
+
 } // namespace
+
+AtomicFileWriter::SystemCalls::SystemCalls() : SystemCalls(systemWrite)
+{
+}
+
+AtomicFileWriter::SystemCalls::SystemCalls(SystemWrite write, SystemSync sync)
+    : write(std::move(write)), sync(sync ? std::move(sync) : SystemSync(::fsync))
+{
+}
+
+QString AtomicFileWriter::temporaryPrefix()
+{
+    return QStringLiteral(".odeleaf-tmp-");
+}
+
+int AtomicFileWriter::removeStaleTemporaryFiles(const QStringList &folders)
+{
+    int removed = 0;
+    for (const QString &folder : folders) {
+        QDirIterator entries(folder, {temporaryPrefix() + QLatin1Char('*')}, QDir::Files | QDir::Hidden);
+        while (entries.hasNext()) {
+            const QFileInfo entry = entries.nextFileInfo();
+            const auto writer = writerOf(entry.fileName());
+            // Another user's leftovers in a shared folder are theirs to remove.
+            if (!writer || isRunning(*writer) || entry.isSymLink() || entry.ownerId() != ::geteuid())
+                continue;
+            if (QFile::remove(entry.absoluteFilePath()))
+                ++removed;
+        }
+    }
+    return removed;
+}
 
 Result<void> AtomicFileWriter::write(const QString &path, const Producer &produce)
 {
-    return write(path, produce, systemWrite);
+    return write(path, produce, SystemCalls());
 }
 
 Result<void> AtomicFileWriter::write(const QString &path, const QByteArray &bytes)
@@ -158,30 +276,18 @@ Result<void> AtomicFileWriter::write(const QString &path, const QByteArray &byte
     });
 }
 
-Result<void> AtomicFileWriter::write(const QString &path, const Producer &produce, const SystemWrite &systemWrite)
+Result<void> AtomicFileWriter::write(const QString &path, const Producer &produce, const SystemCalls &calls)
 {
-    if (auto checked = checkDestination(path); !checked)
-        return checked;
-    const QString destination = resolvedDestination(path);
-    const QFileInfo info(destination);
-    TemporaryFile temporary(
-        QFile::encodeName(info.absolutePath() + QStringLiteral("/.") + info.fileName() + QStringLiteral(".XXXXXX")));
-    if (temporary.create() < 0)
-        return Error{describeSystemError(errno)};
-
-    DescriptorDevice device(temporary.descriptor(), systemWrite);
-    const auto produced = produce(device);
-    // The device's cause is the real one; the producer only saw that a write failed.
-    if (device.failure() || !device.drain())
-        return Error{describeSystemError(device.failure())};
-    if (!produced)
-        return produced.error();
-    if (const int error = temporary.syncAndClose())
-        return Error{describeSystemError(error)};
-    if (const int error = temporary.renameTo(QFile::encodeName(destination)))
-        return Error{describeSystemError(error)};
-    syncFolder(info.absolutePath());
+    if (auto written = writeFile(path, produce, calls, true); !written)
+        return written.error();
     return {};
+}
+
+Result<bool> AtomicFileWriter::writeNew(const QString &path, const Producer &produce)
+{
+    if (QFileInfo(path).isSymLink() || QFileInfo::exists(path))
+        return false;
+    return writeFile(path, produce, SystemCalls(), false);
 }
 
 Result<void> AtomicFileWriter::ensurePrivateFolder(const QString &folder)
@@ -205,6 +311,10 @@ Result<void> AtomicFileWriter::ensurePrivateFolder(const QString &folder)
 
 Result<void> AtomicFileWriter::checkDestination(const QString &path)
 {
+    if (isForeignLinkInSharedFolder(path))
+        return Error{tr("Die Datei „%1“ ist eine Verknüpfung eines anderen Benutzers in einem gemeinsam genutzten "
+                        "Ordner und wird nicht überschrieben.")
+                         .arg(QDir::toNativeSeparators(path))};
     struct stat status {};
     if (::stat(QFile::encodeName(path).constData(), &status) != 0)
         return {}; // absent, or out of reach: creating it will tell why

@@ -17,7 +17,7 @@ bool contains(const QStringList &categories, const QString &name)
 
 } // namespace
 
-bool CategoryCatalog::addCategory(const QString &name)
+Result<bool> CategoryCatalog::addCategory(const QString &name)
 {
     const QString trimmed = name.trimmed();
     if (trimmed.isEmpty())
@@ -26,11 +26,12 @@ bool CategoryCatalog::addCategory(const QString &name)
     if (contains(categories, trimmed))
         return false;
     categories.append(trimmed);
-    AppPreferences::setPoemCategories(categories);
+    if (auto stored = AppPreferences::setPoemCategories(categories); !stored)
+        return stored.error();
     return true;
 }
 
-int CategoryCatalog::adoptCategories(const QStringList &names)
+Result<int> CategoryCatalog::adoptCategories(const QStringList &names)
 {
     QStringList categories = AppPreferences::poemCategories();
     int added = 0;
@@ -40,27 +41,32 @@ int CategoryCatalog::adoptCategories(const QStringList &names)
         categories.append(name);
         ++added;
     }
-    if (added > 0)
-        AppPreferences::setPoemCategories(categories);
+    if (added > 0) {
+        if (auto stored = AppPreferences::setPoemCategories(categories); !stored)
+            return stored.error();
+    }
     return added;
 }
 
-bool CategoryCatalog::renameCategory(ArchiveContext &context, const QString &oldName, const QString &newName,
-                                     const QDateTime &now)
+Result<bool> CategoryCatalog::renameCategory(ArchiveContext &context, const QString &oldName, const QString &newName,
+                                             const QDateTime &now)
 {
-    if (!AppPreferences::renamePoemCategory(oldName, newName))
-        return false;
+    const auto renamed = AppPreferences::renamePoemCategory(oldName, newName);
+    if (!renamed || !*renamed)
+        return renamed;
     updatePoems(context, oldName, newName, now);
     return true;
 }
 
-void CategoryCatalog::removeCategory(ArchiveContext &context, const QString &name, const QDateTime &now)
+Result<void> CategoryCatalog::removeCategory(ArchiveContext &context, const QString &name, const QDateTime &now)
 {
     QStringList categories = AppPreferences::poemCategories();
     categories.removeIf(
         [&name](const QString &entry) { return TextComparison::equalsIgnoringCaseAndDiacritics(entry, name); });
-    AppPreferences::setPoemCategories(categories);
+    if (auto stored = AppPreferences::setPoemCategories(categories); !stored)
+        return stored;
     updatePoems(context, name, QString(), now);
+    return {};
 }
 
 int CategoryCatalog::updatePoems(ArchiveContext &context, const QString &category, const QString &replacement,

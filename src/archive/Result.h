@@ -9,6 +9,11 @@
 // A failure as a value: the German text the caller shows in its status line or alert.
 struct Error {
     QString message;
+    // For standard error and the system journal, when the message quotes the poet's own
+    // words (a title): the same failure told by ids only.
+    QString logText = {};
+
+    const QString &forLog() const { return logText.isEmpty() ? message : logText; }
 };
 
 template <typename T> class [[nodiscard]] Result {

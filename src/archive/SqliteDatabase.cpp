@@ -24,7 +24,7 @@ Result<std::unique_ptr<SqliteDatabase>> SqliteDatabase::open(const QString &path
     if (rc != SQLITE_OK) {
         const QString message = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(rc));
         sqlite3_close(db);
-        return Error{message};
+        return Error{describe(rc, message)};
     }
     sqlite3_extended_result_codes(db, 1);
     sqlite3_busy_timeout(db, busyTimeoutMs);
@@ -39,10 +39,10 @@ SqliteDatabase::~SqliteDatabase()
 Result<void> SqliteDatabase::execute(const QString &sql)
 {
     char *message = nullptr;
-    if (sqlite3_exec(m_db, sql.toUtf8().constData(), nullptr, nullptr, &message) != SQLITE_OK) {
-        const QString text = message ? QString::fromUtf8(message) : lastError();
+    if (const int rc = sqlite3_exec(m_db, sql.toUtf8().constData(), nullptr, nullptr, &message); rc != SQLITE_OK) {
+        const QString text = message ? QString::fromUtf8(message) : QString::fromUtf8(sqlite3_errmsg(m_db));
         sqlite3_free(message);
-        return Error{text};
+        return Error{describe(rc, text)};
     }
     return {};
 }
@@ -86,7 +86,29 @@ qint64 SqliteDatabase::lastInsertRowId() const
 
 QString SqliteDatabase::lastError() const
 {
-    return QString::fromUtf8(sqlite3_errmsg(m_db));
+    return describe(sqlite3_extended_errcode(m_db), QString::fromUtf8(sqlite3_errmsg(m_db)));
+}
+
+QString SqliteDatabase::describe(int resultCode, const QString &sqliteMessage)
+{
+    switch (resultCode & 0xff) {
+    case SQLITE_FULL:
+        return tr("Nicht genug Speicherplatz: Die Datenbank oder der Datenträger ist voll");
+    case SQLITE_READONLY:
+        return tr("Die Datenbank ist schreibgeschützt");
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return tr("Die Datenbank wird gerade von einem anderen Programm benutzt");
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+        return tr("Die Datenbankdatei ist beschädigt");
+    case SQLITE_IOERR:
+        return tr("Ein-/Ausgabefehler beim Zugriff auf die Datenbank");
+    case SQLITE_CANTOPEN:
+        return tr("Die Datenbankdatei kann nicht geöffnet werden");
+    default:
+        return sqliteMessage;
+    }
 }
 
 SqliteTransaction::~SqliteTransaction()

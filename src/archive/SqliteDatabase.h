@@ -2,6 +2,7 @@
 
 #include "archive/Result.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <memory>
@@ -9,13 +10,16 @@
 struct sqlite3;
 class SqliteStatement;
 
-// Owns one SQLite connection. Errors come back as values carrying SQLite's own message.
+// Owns one SQLite connection. Errors come back as values: a German text for the failures
+// a poet meets (full disk, read-only, busy, damaged file), SQLite's own message otherwise.
 class SqliteDatabase {
+    Q_DECLARE_TR_FUNCTIONS(SqliteDatabase)
+
 public:
     enum class OpenMode { ReadWriteCreate, ReadWrite, ReadOnly };
 
-    // How long a statement waits for another process's write to finish. Long writes
-    // commit in batches that take far less than this.
+    // How long a statement waits for another process's write to finish. The longest
+    // write, a whole restore in one transaction, takes far less than this.
     static constexpr int busyTimeoutMs = 20000;
 
     static Result<std::unique_ptr<SqliteDatabase>> open(const QString &path, OpenMode mode);
@@ -34,6 +38,8 @@ public:
     qint64 lastInsertRowId() const;
 
     QString lastError() const;
+    // The text for a result code, with SQLite's message where there is no German one.
+    static QString describe(int resultCode, const QString &sqliteMessage);
     sqlite3 *handle() const { return m_db; }
 
 private:

@@ -8,8 +8,12 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
+#include <QThread>
 
 namespace {
+
+// Operations a second apart each find their own name long before this.
+constexpr int maximumNameAttempts = 30;
 
 Result<QString> ensureSafetyBackupFolder()
 {
@@ -48,10 +52,27 @@ Result<QString> BackupExporter::writeAutomaticSafetyBackup(const QList<PoemPtr> 
     const auto folder = ensureSafetyBackupFolder();
     if (!folder)
         return folder.error();
-    const QString path = *folder + QLatin1Char('/') + safetyBackupFileName(prefix, now);
-    if (auto written = writeDocument(Backup::make(poems, now), path); !written)
-        return written.error();
-    return path;
+    const Backup backup = Backup::make(poems, now);
+    const auto encode = [&backup](QIODevice &device) { return BackupEncoder::write(backup, device); };
+    // Each operation keeps its own copy: when an earlier one of the same second holds
+    // the name, this one takes the next second, and waits for it so that the name tells
+    // no time that has not come yet.
+    QDateTime stamp = now;
+    for (int attempt = 0; attempt < maximumNameAttempts; ++attempt) {
+        const QString name = safetyBackupFileName(prefix, stamp);
+        const QString path = *folder + QLatin1Char('/') + name;
+        const auto written = AtomicFileWriter::writeNew(path, encode);
+        if (!written)
+            return Error{tr("Die Datei „%1“ konnte nicht geschrieben werden: %2").arg(name, written.errorMessage())};
+        if (*written)
+            return path;
+        stamp = stamp.addSecs(1);
+        const qint64 early = QDateTime::currentDateTime().msecsTo(stamp);
+        if (early > 0)
+            QThread::msleep(qMin<qint64>(early, 1000));
+    }
+    return Error{tr("Das Sicherheitsbackup konnte nicht angelegt werden: Ab „%1“ sind alle Namen vergeben.")
+                     .arg(safetyBackupFileName(prefix, now))};
 }
 
 QString BackupExporter::automaticBackupDirectory()

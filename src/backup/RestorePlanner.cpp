@@ -102,8 +102,6 @@ Result<RestoreCounts> RestorePlanner::restore(const Backup &backup, ArchiveConte
             if (mode == RestoreMode::addMissingAndUpdate && !entry.matches(*found)) {
                 entry.apply(*found);
                 ++counts.updated;
-                if (auto saved = context.saveIfBatchFull(); !saved)
-                    return saved.error();
             }
             continue;
         }
@@ -113,8 +111,6 @@ Result<RestoreCounts> RestorePlanner::restore(const Backup &backup, ArchiveConte
         // A later entry with the same key meets this poem, as if it had been there.
         if (key)
             map.insert(*key, created);
-        if (auto saved = context.saveIfBatchFull(); !saved)
-            return saved.error();
     }
     if (context.hasChanges()) {
         if (auto saved = context.save(); !saved)

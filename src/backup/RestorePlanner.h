@@ -36,10 +36,10 @@ public:
     static Result<RestorePreview> previewRestore(const QString &path, const QList<PoemPtr> &localPoems);
     static RestorePreview preview(Backup backup, const QList<PoemPtr> &localPoems);
 
-    // Saves in batches of ArchiveContext::saveBatchSize poems, so another process waiting
-    // for the store gets through, and once at the end when something is left. A failed
-    // save stops the restore and leaves that batch unsaved in the context; the batches
-    // before it stay stored (the safety backup is the way back).
+    // All or nothing: one save, one transaction, so a restore cut off by a kill or a full
+    // disk leaves the archive as it was. The save is quick enough that another process
+    // waiting for the store gets through within its busy timeout. A failed save leaves
+    // the changes unsaved in the context.
     static Result<RestoreCounts> restore(const Backup &backup, ArchiveContext &context, RestoreMode mode);
     // The restore the user starts: a safety backup "pre-restore" of every poem first; if
     // it cannot be written the archive is not touched. A failed restore rolls back what

@@ -205,8 +205,8 @@ int runCategoryAdd(CliInvocation &cli)
 {
     if (!cli.finishOptions(1, 1))
         return cli.usageError({});
-    CategoryCatalog::addCategory(cli.positional().at(0));
-    AppPreferences::sync();
+    if (auto added = CategoryCatalog::addCategory(cli.positional().at(0)); !added)
+        return cli.fail(added.errorMessage());
     return 0;
 }
 
@@ -217,9 +217,10 @@ int runCategoryRename(CliInvocation &cli)
     ArchiveContext *context = cli.writableArchive();
     if (!context)
         return 1;
-    CategoryCatalog::renameCategory(*context, cli.positional().at(0), cli.positional().at(1),
-                                    QDateTime::currentDateTimeUtc());
-    AppPreferences::sync();
+    const auto renamed = CategoryCatalog::renameCategory(*context, cli.positional().at(0), cli.positional().at(1),
+                                                         QDateTime::currentDateTimeUtc());
+    if (!renamed)
+        return cli.fail(renamed.errorMessage());
     return 0;
 }
 
@@ -230,8 +231,10 @@ int runCategoryRemove(CliInvocation &cli)
     ArchiveContext *context = cli.writableArchive();
     if (!context)
         return 1;
-    CategoryCatalog::removeCategory(*context, cli.positional().at(0), QDateTime::currentDateTimeUtc());
-    AppPreferences::sync();
+    if (auto removed =
+            CategoryCatalog::removeCategory(*context, cli.positional().at(0), QDateTime::currentDateTimeUtc());
+        !removed)
+        return cli.fail(removed.errorMessage());
     return 0;
 }
 

@@ -1,10 +1,15 @@
 #include "cli/CliInvocation.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/AtomicFileWriter.h"
 #include "archive/PersistenceController.h"
 #include "archive/PoemStore.h"
+#include "cli/CliTexts.h"
 
+#include <cerrno>
 #include <cstdio>
+
+#include <unistd.h>
 
 namespace {
 
@@ -29,7 +34,16 @@ CliInvocation::CliInvocation(QString command, QStringList arguments)
 
 std::optional<QString> CliInvocation::takeOption(const QString &name)
 {
-    std::optional<QString> value;
+    // Given twice, the last one wins.
+    const QStringList values = takeRepeatedOption(name);
+    if (values.isEmpty())
+        return std::nullopt;
+    return values.last();
+}
+
+QStringList CliInvocation::takeRepeatedOption(const QString &name)
+{
+    QStringList values;
     for (qsizetype i = 0; i < m_arguments.size();) {
         const QString &argument = m_arguments.at(i);
         if (argument == name) {
@@ -38,25 +52,17 @@ std::optional<QString> CliInvocation::takeOption(const QString &name)
                 m_arguments.removeAt(i);
                 continue;
             }
-            value = m_arguments.at(i + 1);
+            values.append(m_arguments.at(i + 1));
             m_arguments.remove(i, 2);
             continue;
         }
         if (argument.startsWith(name + QLatin1Char('='))) {
-            value = argument.mid(name.size() + 1);
+            values.append(argument.mid(name.size() + 1));
             m_arguments.removeAt(i);
             continue;
         }
         ++i;
     }
-    return value;
-}
-
-QStringList CliInvocation::takeRepeatedOption(const QString &name)
-{
-    QStringList values;
-    while (const auto value = takeOption(name))
-        values.append(*value);
     return values;
 }
 
@@ -96,6 +102,7 @@ void CliInvocation::print(const QString &line)
 {
     standardOutput() << line << '\n';
     standardOutput().flush();
+    noteOutputState();
 }
 
 void CliInvocation::printRaw(const QByteArray &bytes)
@@ -103,6 +110,34 @@ void CliInvocation::printRaw(const QByteArray &bytes)
     standardOutput().flush();
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
     std::fflush(stdout);
+    noteOutputState();
+}
+
+void CliInvocation::noteOutputState()
+{
+    // errno still names the cause right after the failed write.
+    if (m_outputError == 0 && std::ferror(stdout))
+        m_outputError = errno != 0 ? errno : EIO;
+}
+
+int CliInvocation::finishOutput(int exitCode)
+{
+    standardOutput().flush();
+    errno = 0;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout))
+        noteOutputState();
+    // Closing reports what a network file system kept back until now; nothing writes
+    // to standard output after this.
+    if (m_outputError == 0 && ::close(STDOUT_FILENO) != 0 && errno != EINTR)
+        m_outputError = errno;
+    if (m_outputError == 0)
+        return exitCode;
+    standardError() << "odeleaf-cli " << m_command << ": "
+                    << CliTexts::tr("Die Ausgabe konnte nicht geschrieben werden: %1")
+                           .arg(AtomicFileWriter::describeSystemError(m_outputError))
+                    << '\n';
+    standardError().flush();
+    return exitCode != 0 ? exitCode : 1;
 }
 
 int CliInvocation::fail(const QString &message)

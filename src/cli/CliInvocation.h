@@ -38,14 +38,21 @@ public:
     ArchiveContext *archiveAfterOptions(int minPositional, int maxPositional);
     // Of the last fail() or usageError().
     int exitCode() const { return m_exitCode; }
+    // The command's exit status once standard output is flushed: a script must not take
+    // output cut short by a full disk or a closed pipe for the whole answer.
+    int finishOutput(int exitCode);
     // For commands that change the archive: the archive, or null after saying why it
     // cannot be changed (it did not open, or it is read-only).
     ArchiveContext *writableArchive();
 
 private:
+    void noteOutputState();
+
     QString m_command;
     QStringList m_arguments;
     QStringList m_positional;
     QString m_pendingError;
     int m_exitCode = 0;
+    // The first failed write to standard output.
+    int m_outputError = 0;
 };

@@ -126,11 +126,15 @@ int runImport(CliInvocation &cli)
     ImportRunSettings settings;
     settings.folder = scan.folder;
     settings.proposals = std::move(scan.proposals);
+    settings.unreadableFiles = std::move(scan.unreadableFiles);
     settings.options = *options;
     settings.imagesOnly = imagesOnly;
     ImportRun run(*scanned.context, std::move(settings));
     run.runToEnd();
     if (!run.hasApplied() && run.statusText() != ImportRun::nothingToImportText())
+        return cli.fail(run.statusText());
+    // Files read but not stored: a script must not take the folder as imported.
+    if (run.counts().unsaved > 0)
         return cli.fail(run.statusText());
     cli.print(run.statusText());
     return 0;

@@ -1,4 +1,5 @@
 #include "archive/ApplicationSupport.h"
+#include "backup/TemporaryLeftovers.h"
 #include "cli/CliCommand.h"
 #include "cli/CliInvocation.h"
 
@@ -77,8 +78,9 @@ int main(int argc, char **argv)
     }
     for (const CliCommand &command : commands) {
         if (command.name == name) {
+            TemporaryLeftovers::removeFromKnownFolders();
             CliInvocation invocation(name, arguments);
-            return command.run(invocation);
+            return invocation.finishOutput(command.run(invocation));
         }
     }
     std::fprintf(stderr, "odeleaf-cli: unknown subcommand '%s'\n", qPrintable(name));

@@ -252,7 +252,11 @@ CSVImportResult CSVImporter::apply(const CSVPreparedImport &prepared, ArchiveCon
             result.error = otherError(saved.errorMessage(), result.diagnostics);
     }
     // Categories the sheet brought in are offered in the detail pane from now on.
-    CategoryCatalog::adoptCategories(result.categories);
+    // The rows are stored; the status says so before it tells what went missing.
+    if (const auto adopted = CategoryCatalog::adoptCategories(result.categories); !adopted && !result.error)
+        result.error =
+            statusLine(result) + QLatin1Char(' ') +
+            tr("Die Kategorien der Tabelle wurden nicht in die Liste übernommen: %1").arg(adopted.errorMessage());
     return result;
 }
 

@@ -51,8 +51,10 @@ FolderScanOutcome FolderScan::run(const QString &folder, const QList<PoemSnapsho
     report(tr("Dateien sammeln…"));
     QElapsedTimer timer;
     timer.start();
-    const QStringList paths = FolderScanner::collectFiles(folder, imagesOnly ? FolderScanner::imageExtensions()
-                                                                             : FolderScanner::documentExtensions());
+    FolderScanner::Listing listing = FolderScanner::list(folder, imagesOnly ? FolderScanner::imageExtensions()
+                                                                            : FolderScanner::documentExtensions());
+    const QStringList &paths = listing.paths;
+    outcome.unreadableFiles = std::move(listing.unreadable);
     outcome.scanSeconds = secondsSince(timer);
     outcome.scannedFilesCount = int(paths.size());
 

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -15,6 +16,8 @@ struct FolderScanOutcome {
     bool imagesOnly = false;
     int scannedFilesCount = 0;
     QList<ImportProposal> proposals;
+    // Relative paths of files whose names cannot be read (no valid UTF-8).
+    QStringList unreadableFiles;
     double scanSeconds = 0.0;
     double mapSeconds = 0.0;
     double matchSeconds = 0.0;

@@ -4,6 +4,9 @@
 #include <QDirIterator>
 #include <QFileInfo>
 
+#include <dirent.h>
+#include <sys/stat.h>
+
 namespace {
 
 bool hasExtension(const QString &name, const QSet<QString> &extensions)
@@ -12,6 +15,41 @@ bool hasExtension(const QString &name, const QSet<QString> &extensions)
     if (dot < 0)
         return false;
     return extensions.contains(name.mid(dot + 1).toLower());
+}
+
+bool isReadableName(const QByteArray &name)
+{
+    return QFile::encodeName(QFile::decodeName(name)) == name;
+}
+
+// Qt's own listing leaves out names that are no valid UTF-8, as no QString names them:
+// the folder is read a second time with the system's calls to find them. A folder with
+// such a name is reported as a whole, as nothing below it can be named either.
+void collectUnreadable(const QByteArray &folder, const QString &relative, const QSet<QString> &extensions,
+                       QStringList &unreadable)
+{
+    DIR *stream = ::opendir(folder.constData());
+    if (!stream)
+        return;
+    while (const dirent *entry = ::readdir(stream)) {
+        const QByteArray name(entry->d_name);
+        if (name.startsWith('.'))
+            continue;
+        const QByteArray path = folder + '/' + name;
+        struct stat status {};
+        if (::lstat(path.constData(), &status) != 0)
+            continue;
+        const QString shown = relative + QFile::decodeName(name);
+        if (S_ISDIR(status.st_mode)) {
+            if (isReadableName(name))
+                collectUnreadable(path, shown + QLatin1Char('/'), extensions, unreadable);
+            else
+                unreadable.append(shown + QLatin1Char('/'));
+        } else if (S_ISREG(status.st_mode) && !isReadableName(name) && hasExtension(shown, extensions)) {
+            unreadable.append(shown);
+        }
+    }
+    ::closedir(stream);
 }
 
 QStringList enumerateRegularFiles(const QString &folder, const QSet<QString> &extensions)
@@ -65,10 +103,17 @@ QSet<QString> FolderScanner::imageExtensions()
 
 QStringList FolderScanner::collectFiles(const QString &folder, const QSet<QString> &extensions)
 {
-    const QStringList files = enumerateRegularFiles(folder, extensions);
-    if (!files.isEmpty())
-        return files;
-    return listSubpaths(folder, extensions);
+    return list(folder, extensions).paths;
+}
+
+FolderScanner::Listing FolderScanner::list(const QString &folder, const QSet<QString> &extensions)
+{
+    Listing listing;
+    listing.paths = enumerateRegularFiles(folder, extensions);
+    if (listing.paths.isEmpty())
+        listing.paths = listSubpaths(folder, extensions);
+    collectUnreadable(QFile::encodeName(QDir(folder).absolutePath()), QString(), extensions, listing.unreadable);
+    return listing;
 }
 
 ScannedFile FolderScanner::scannedFile(const QString &folder, const QString &filePath)

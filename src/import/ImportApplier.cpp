@@ -35,10 +35,14 @@ ImportApplier::Outcome ImportApplier::apply(const QUuid &poemID, const QString &
     poem->setRichTextData(richTextData);
     poem->setUpdatedAt(m_clock());
     ++m_pending;
+    if (!m_batch.contains(poem))
+        m_batch.append(poem);
     Outcome outcome{true, false, std::nullopt};
     if (m_pending >= m_batchSize) {
         if (auto committed = commit(); !committed)
             outcome.saveError = committed.errorMessage();
+        else
+            outcome.committed = true;
     }
     return outcome;
 }
@@ -52,6 +56,18 @@ Result<void> ImportApplier::finalize()
 
 Result<void> ImportApplier::commit()
 {
+    if (auto stored = storeBatch(); !stored) {
+        dropBatch();
+        return stored;
+    }
+    m_pending = 0;
+    m_batch.clear();
+    m_undoItemsCommitted = m_undoItems.size();
+    return {};
+}
+
+Result<void> ImportApplier::storeBatch()
+{
     // The record first: a batch in the store whose previous texts are not on disk could
     // never be undone.
     if (m_undoItemsOnDisk != m_undoItems.size()) {
@@ -59,8 +75,18 @@ Result<void> ImportApplier::commit()
             return written;
         m_undoItemsOnDisk = m_undoItems.size();
     }
-    if (auto saved = m_context.save(); !saved)
-        return saved;
+    return m_context.save();
+}
+
+void ImportApplier::dropBatch()
+{
+    m_context.revert(m_batch);
+    for (qsizetype i = m_undoItemsCommitted; i < m_undoItems.size(); ++i)
+        m_recorded.remove(m_undoItems.at(i).id);
+    m_undoItems.resize(m_undoItemsCommitted);
+    // The file may already name poems that the store never saw changed: the next write
+    // replaces it.
+    m_undoItemsOnDisk = -1;
     m_pending = 0;
-    return {};
+    m_batch.clear();
 }

@@ -19,7 +19,10 @@ class ArchiveContext;
 
 // Writes imported texts into poems and commits them in batches. Before a batch is
 // committed, the previous texts of every poem changed so far are on disk, so an import
-// cut off at any moment (a crash, power loss) can still be undone.
+// cut off at any moment (a crash, power loss) can still be undone. A batch that cannot
+// be stored (its undo record or its commit failed) is taken back whole: its poems return
+// to their stored state and leave the undo record, so nothing claims a change that the
+// store never got.
 class ImportApplier {
 public:
     static constexpr int defaultBatchSize = 100;
@@ -27,8 +30,11 @@ public:
     struct Outcome {
         bool applied = false;
         bool skippedBecauseHasText = false;
-        // The batch save that this change triggered failed.
+        // The batch save that this change triggered failed; the whole batch, this change
+        // included, was taken back.
         std::optional<QString> saveError;
+        // This change is in the store (its batch was committed).
+        bool committed = false;
     };
 
     using UndoWriter = std::function<Result<void>(const QList<ImportUndoItem> &)>;
@@ -45,7 +51,8 @@ public:
     // Unknown poems are neither applied nor skipped.
     Outcome apply(const QUuid &poemID, const QString &text, const std::optional<QByteArray> &richTextData,
                   bool onlyIfEmpty);
-    // Saves what is pending; false when the save (or the undo record before it) failed.
+    // Saves what is pending; an error when the save (or the undo record before it) failed,
+    // and then the pending batch was taken back.
     Result<void> finalize();
 
     const QList<ImportUndoItem> &undoItems() const { return m_undoItems; }
@@ -54,6 +61,8 @@ public:
 
 private:
     Result<void> commit();
+    Result<void> storeBatch();
+    void dropBatch();
 
     ArchiveContext &m_context;
     UndoWriter m_writeUndo;
@@ -61,6 +70,8 @@ private:
     int m_pending = 0;
     QHash<QUuid, PoemPtr> m_poemMap;
     QList<ImportUndoItem> m_undoItems;
+    qsizetype m_undoItemsCommitted = 0;
+    QList<PoemPtr> m_batch;
     // A poem written twice in one run keeps the text it had before the run.
     QSet<QUuid> m_recorded;
     qsizetype m_undoItemsOnDisk = -1;

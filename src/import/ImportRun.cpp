@@ -50,6 +50,11 @@ QString ImportRun::nothingToImportText()
     return tr("Nichts zu importieren.");
 }
 
+QString ImportRun::unreadableNameText()
+{
+    return tr("Nicht lesbar: Der Dateiname ist kein gültiges UTF-8");
+}
+
 QString ImportRun::safetyBackupText(const QString &fileName)
 {
     return tr("Sicherheitsbackup: %1.").arg(fileName);
@@ -84,6 +89,13 @@ QString ImportRun::summaryText(bool twoPhases, const ImportRunCounts &counts, co
 QString ImportRun::imageSummaryText(int attached, int failed)
 {
     return tr("Bildimport: %1 angehängt, %2 fehlgeschlagen.").arg(attached).arg(failed);
+}
+
+QString ImportRun::unsavedText(int files, const QString &reason)
+{
+    if (files == 1)
+        return tr("Achtung: 1 Datei wurde nicht gespeichert (%1).").arg(reason);
+    return tr("Achtung: %1 Dateien wurden nicht gespeichert (%2).").arg(files).arg(reason);
 }
 
 void ImportRun::start()
@@ -154,7 +166,10 @@ void ImportRun::begin()
         m_pdf.clear();
     m_total = int(m_docx.size() + m_pdf.size() + m_images.size());
     if (m_total == 0) {
-        finish(nothingToImportText());
+        QString status = nothingToImportText();
+        for (const QString &file : std::as_const(m_settings.unreadableFiles))
+            status += QLatin1Char(' ') + unreadableNameText() + QStringLiteral(": ") + file;
+        finish(status);
         return;
     }
     Q_EMIT statusChanged(tr("Sicherheitsbackup wird erstellt…"));
@@ -166,6 +181,12 @@ void ImportRun::begin()
     m_applier = std::make_unique<ImportApplier>(m_context, &ImportStateFiles::saveUndo, m_settings.batchSize);
     m_editorFont = ImportedRichText::EditorFont::current();
     m_report.title = m_settings.imagesOnly ? ImportReport::imageImportTitle() : ImportReport::textImportTitle();
+    for (const QString &file : std::as_const(m_settings.unreadableFiles)) {
+        ++m_counts.failed;
+        // Not one of the report's reasons: the details say why.
+        m_report.items.append({ImportReport::Status::failed, file, QString(), std::nullopt});
+        m_log.add(QStringLiteral("%1: %2").arg(file, unreadableNameText()));
+    }
     if (m_settings.imagesOnly) {
         Q_EMIT progressChanged(tr("Zu importieren: Bilder %1").arg(m_images.size()), 0, m_total);
         startPass(Pass::images);
@@ -347,13 +368,8 @@ void ImportRun::applyText(const ImportWorkItem &item, const ImportExtraction &ex
         // Not one of the report's reasons: the item fails without one, the details say why.
         record(Status::failed, item, std::nullopt);
         logLine(item, tr("Gedicht nicht gefunden"));
-    } else if (outcome.saveError) {
-        ++m_counts.failed;
-        record(Status::failed, item, reasonKey(QT_TR_NOOP("Speichern fehlgeschlagen")));
-        logLine(item, QStringLiteral("apply/save failed: %1").arg(*outcome.saveError));
     } else {
-        ++m_counts.applied;
-        record(Status::imported, item, std::nullopt);
+        takeApplied(item, outcome);
     }
 }
 
@@ -374,15 +390,35 @@ void ImportRun::applyImage(const ImportWorkItem &item)
         logLine(item, appended.errorMessage());
         return;
     }
-    const ImportApplier::Outcome outcome = m_applier->apply(item.poemID, appended->text, appended->richTextData, false);
-    if (outcome.saveError) {
-        ++m_counts.failed;
-        record(ImportReport::Status::failed, item, reasonKey(QT_TR_NOOP("Speichern fehlgeschlagen")));
-        logLine(item, QStringLiteral("apply/save failed: %1").arg(*outcome.saveError));
-        return;
-    }
+    takeApplied(item, m_applier->apply(item.poemID, appended->text, appended->richTextData, false));
+}
+
+void ImportRun::takeApplied(const ImportWorkItem &item, const ImportApplier::Outcome &outcome)
+{
     ++m_counts.applied;
     record(ImportReport::Status::imported, item, std::nullopt);
+    m_unsaved.append(m_report.items.size() - 1);
+    if (outcome.saveError)
+        markUnsaved(*outcome.saveError);
+    else if (outcome.committed)
+        m_unsaved.clear();
+}
+
+// The applier took the batch back: every file of it counts as failed, not as set.
+void ImportRun::markUnsaved(const QString &reason)
+{
+    for (const qsizetype index : std::as_const(m_unsaved)) {
+        ImportReport::Item &entry = m_report.items[index];
+        entry.status = ImportReport::Status::failed;
+        entry.reason = reasonKey(QT_TR_NOOP("Speichern fehlgeschlagen"));
+        --m_counts.applied;
+        ++m_counts.failed;
+        ++m_counts.unsaved;
+        m_log.add(QStringLiteral("[%1] %2 → %3: apply/save failed: %4")
+                      .arg(passLabel(), entry.fileName, entry.poemTitle, reason));
+    }
+    m_unsaved.clear();
+    m_unsavedReason = reason;
 }
 
 void ImportRun::record(ImportReport::Status status, const ImportWorkItem &item, const std::optional<QString> &reason)
@@ -405,8 +441,11 @@ void ImportRun::finishApplied()
     }
     if (m_pool)
         m_pool->cancel();
-    if (auto finalized = m_applier->finalize(); !finalized)
+    if (auto finalized = m_applier->finalize(); !finalized) {
         m_log.add(QStringLiteral("context.save() in finalize failed: %1").arg(finalized.errorMessage()));
+        markUnsaved(finalized.errorMessage());
+    }
+    m_unsaved.clear();
 
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const QString backupText = safetyBackupText(QFileInfo(m_safetyBackupPath).fileName());
@@ -415,6 +454,9 @@ void ImportRun::finishApplied()
                                                                 m_counts, m_settings.options);
     m_report.createdAt = now;
     m_report.summary = summary;
+    // Files that were counted as set but never stored must be the first thing the poet reads.
+    if (m_counts.unsaved > 0)
+        m_report.summary = unsavedText(m_counts.unsaved, m_unsavedReason) + QLatin1Char(' ') + m_report.summary;
     m_report.cancelled = m_cancelled;
 
     QStringList problems;
@@ -425,7 +467,7 @@ void ImportRun::finishApplied()
     if (auto failures = ImportStateFiles::saveFailureLog(m_log.dumpText(), now); !failures)
         m_log.add(QStringLiteral("import_failures.txt: %1").arg(failures.errorMessage()));
 
-    QString status = summary + QLatin1Char(' ') + backupText;
+    QString status = m_report.summary + QLatin1Char(' ') + backupText;
     if (m_cancelled)
         status = tr("Abgebrochen nach %1 von %2 Dateien.").arg(m_processed).arg(m_total) + QLatin1Char(' ') + status;
     // A text import always ends with the hint, so its line reads the same whatever it wrote.

@@ -19,6 +19,8 @@ class ArchiveContext;
 struct ImportRunSettings {
     QString folder;
     QList<ImportProposal> proposals;
+    // Files the scan found but cannot name (see FolderScanOutcome): reported as failed.
+    QStringList unreadableFiles;
     ImportReviewOptions options;
     bool imagesOnly = false;
     int readers = ExtractionPool::defaultWorkerCount();
@@ -36,6 +38,8 @@ struct ImportRunCounts {
     int skippedPdfScore = 0;
     int skippedPdfMargin = 0;
     int skippedPdfHasText = 0;
+    // Of failed: files whose text was read but could not be stored.
+    int unsaved = 0;
 
     bool operator==(const ImportRunCounts &other) const = default;
 };
@@ -74,9 +78,12 @@ public:
 
     static QString summaryText(bool twoPhases, const ImportRunCounts &counts, const ImportReviewOptions &options);
     static QString imageSummaryText(int attached, int failed);
+    // Leads the summary when files could not be stored.
+    static QString unsavedText(int files, const QString &reason);
     static QString safetyBackupText(const QString &fileName);
     static QString undoHintText();
     static QString nothingToImportText();
+    static QString unreadableNameText();
     static QString runningText();
 
 Q_SIGNALS:
@@ -99,6 +106,8 @@ private:
     void drain();
     void applyText(const ImportWorkItem &item, const ImportExtraction &extraction);
     void applyImage(const ImportWorkItem &item);
+    void takeApplied(const ImportWorkItem &item, const ImportApplier::Outcome &outcome);
+    void markUnsaved(const QString &reason);
     void record(ImportReport::Status status, const ImportWorkItem &item, const std::optional<QString> &reason);
     void logLine(const ImportWorkItem &item, const QString &message);
     void passDone();
@@ -123,6 +132,9 @@ private:
     ImportLog m_log;
     ImportReport m_report;
     ImportRunCounts m_counts;
+    // Report entries applied in memory whose batch is not stored yet.
+    QList<qsizetype> m_unsaved;
+    QString m_unsavedReason;
     QString m_statusText;
     QString m_safetyBackupPath;
     int m_processed = 0;

@@ -19,7 +19,8 @@ Result<QString> ImportUndo::undoLastImport(ArchiveContext &context, const QDateT
     int restored = 0;
     for (const ImportUndoItem &item : **loaded) {
         const PoemPtr poem = context.poemWithID(item.id);
-        if (!poem)
+        // A poem that already has its old body was not changed by the import (or was undone).
+        if (!poem || (poem->text() == item.previousText && poem->richTextData() == item.previousRichTextData))
             continue;
         poem->setText(item.previousText);
         poem->setRichTextData(item.previousRichTextData);

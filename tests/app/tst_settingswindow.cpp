@@ -113,7 +113,7 @@ private Q_SLOTS:
         PoemPtr exact = poemIn(QStringLiteral("Lyrik"));
         PoemPtr otherCase = poemIn(QStringLiteral("lyrik"));
         PoemPtr unrelated = poemIn(QStringLiteral("Prosa"));
-        AppPreferences::setPoemCategories({QStringLiteral("Lyrik")});
+        QVERIFY(AppPreferences::setPoemCategories({QStringLiteral("Lyrik")}).ok());
         SettingsWindow window(context(), nullptr);
         QSignalSpy changed(&window, &SettingsWindow::categoriesChanged);
         window.show();

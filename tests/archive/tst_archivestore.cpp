@@ -1,4 +1,5 @@
 #include "StoreFaults.h"
+#include "TmpfsMount.h"
 
 #include "archive/ArchiveContext.h"
 #include "archive/PersistenceController.h"
@@ -218,7 +219,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("sql");
         QTest::addColumn<QByteArray>("garbage");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("not a database") << QByteArray() << QByteArray(8192, 'x') << QStringLiteral("not a database");
+        QTest::newRow("not a database") << QByteArray() << QByteArray(8192, 'x')
+                                        << QStringLiteral("Die Datenbankdatei ist beschädigt");
         QTest::newRow("newer schema") << QByteArray(
                                              "CREATE TABLE poem (pk INTEGER PRIMARY KEY); PRAGMA user_version=9;")
                                       << QByteArray() << QStringLiteral("neueren Version");
@@ -248,6 +250,27 @@ private Q_SLOTS:
         QVERIFY(opened.errorMessage().contains(path));
         QCOMPARE(fileHash(path), before);
         QVERIFY(!QFile::exists(path + QStringLiteral("-wal")));
+    }
+
+    // SQLite's English must not reach the poet: a full disk is said in German.
+    void saveOnAFullDiskSaysSoInGerman()
+    {
+        TmpfsMount disk(1 << 20);
+        if (!disk.isMounted())
+            QSKIP(TmpfsMount::skipReason());
+        const QString path = disk.filePath(QStringLiteral("OdeLeaf.sqlite"));
+        auto controller = openStore(path);
+        QVERIFY(controller);
+        ArchiveContext &context = controller->viewContext();
+        PoemFactory::makeNewPoem(context, at(9))->setText(QStringLiteral("Erste Strophe"));
+        QVERIFY(context.save().ok());
+        QVERIFY(disk.leaveFree(0));
+        PoemFactory::makeNewPoem(context, at(10))->setText(QString(300000, QLatin1Char('w')));
+        const auto saved = context.save();
+        QVERIFY(!saved.ok());
+        QVERIFY2(saved.errorMessage().startsWith(QStringLiteral("Nicht genug Speicherplatz")),
+                 qPrintable(saved.errorMessage()));
+        QVERIFY(context.hasChanges());
     }
 
     void newPoemStartsWithEmptyTitleAndNilText()

@@ -6,11 +6,14 @@
 #include "backup/BackupEncoder.h"
 #include "backup/BackupExporter.h"
 #include "backup/BackupReader.h"
+#include "backup/SafetyBackupFile.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRandomGenerator>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -360,12 +363,25 @@ private Q_SLOTS:
         QCOMPARE(permissions(*written), 0600);
         QCOMPARE(BackupReader::read(*written)->poems.size(), 3);
 
-        // The same prefix within the same second replaces the file.
-        QVERIFY(BackupExporter::writeAutomaticSafetyBackup(poems.mid(0, 1), QStringLiteral("pre-text-import"),
-                                                           goldenExportedAt)
-                    .ok());
-        QCOMPARE(QDir(folder).entryList(QDir::Files).size(), 1);
-        QCOMPARE(BackupReader::read(*written)->poems.size(), 1);
+        // Two operations within one second: the second never replaces the first one's copy,
+        // it takes the next second's name.
+        const auto second = BackupExporter::writeAutomaticSafetyBackup(
+            poems.mid(0, 1), QStringLiteral("pre-text-import"), goldenExportedAt);
+        QCOMPARE(second.value(), folder + QStringLiteral("/pre-text-import-2026-11-14-220348.json"));
+        QCOMPARE(BackupReader::read(*written)->poems.size(), 3);
+        QCOMPARE(BackupReader::read(*second)->poems.size(), 1);
+
+        // At the real time the name of the next second is only taken once it has come.
+        QStringList paths;
+        for (int i = 0; i < 3; ++i) {
+            const auto now = BackupExporter::writeAutomaticSafetyBackup(poems.mid(0, 2), QStringLiteral("pre-restore"));
+            QVERIFY2(now.ok(), qPrintable(now.errorMessage()));
+            paths.append(*now);
+            const auto stamp = SafetyBackupFile::stampOf(QFileInfo(*now).fileName());
+            QVERIFY(stamp && *stamp <= QDateTime::currentDateTime());
+        }
+        QCOMPARE(QSet<QString>(paths.begin(), paths.end()).size(), 3);
+        QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden).size(), 5);
     }
 
     void safetyBackupFailsWhenItsFolderCannotExist()

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QMap>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -19,6 +20,27 @@ namespace {
 
 constexpr int poemCount = 3000;
 constexpr int trials = 50;
+constexpr int restoredPoems = 5000;
+
+// Each kill costs a restore's run; CI keeps to a few, ODELEAF_RESTORE_KILLS asks for more.
+int restoreKills()
+{
+    bool ok = false;
+    const int asked = qEnvironmentVariableIntValue("ODELEAF_RESTORE_KILLS", &ok);
+    return ok && asked > 0 ? asked : 3;
+}
+
+// The archive as id and text of every poem; empty when the store cannot be opened.
+QMap<QString, QString> archiveState(const QString &dataDir)
+{
+    QMap<QString, QString> state;
+    auto store = PersistenceController::open(dataDir + QStringLiteral("/OdeLeaf.sqlite"));
+    if (!store)
+        return state;
+    for (const PoemPtr &poem : store.value()->viewContext().fetch())
+        state.insert(poem->id()->toString(), poem->text().value_or(QString()));
+    return state;
+}
 
 } // namespace
 
@@ -32,6 +54,69 @@ private:
     QString m_dataDir;
     QString m_destination;
     QByteArray m_oldBackup;
+
+    // Per mode: a data folder as before the restore, and the backup to restore.
+    QString restoreFolder(const QString &mode) const { return m_dir.filePath(QStringLiteral("restore-") + mode); }
+
+    // addMissing brings 5,000 poems the archive lacks; addMissingAndUpdate gives 5,000
+    // poems of the archive new texts.
+    void prepareRestore(const QString &mode)
+    {
+        const QString folder = restoreFolder(mode);
+        QVERIFY(QDir().mkpath(folder + QStringLiteral("/before")));
+        auto store = PersistenceController::open(folder + QStringLiteral("/before/OdeLeaf.sqlite"));
+        QVERIFY(store.ok());
+        ArchiveContext &archive = store.value()->viewContext();
+        const bool update = mode == QLatin1String("addMissingAndUpdate");
+        for (int i = 0; i < (update ? restoredPoems : 50); ++i)
+            addPoem(archive, QStringLiteral("Gedicht %1").arg(i), utc(2026, 1, 1, 0, 0, 0).addSecs(i));
+        QVERIFY(archive.save().ok());
+        auto scratch = PersistenceController::inMemory();
+        ArchiveContext &other = scratch->viewContext();
+        QList<PoemPtr> restored;
+        if (update) {
+            restored = archive.fetch();
+            for (const PoemPtr &poem : std::as_const(restored))
+                poem->setText(QStringLiteral("Neue Fassung von ") + poem->title().value_or(QString()));
+        } else {
+            for (int i = 0; i < restoredPoems; ++i)
+                restored.append(addPoem(other, QStringLiteral("Neu %1").arg(i), utc(2026, 2, 1, 0, 0, 0).addSecs(i)));
+        }
+        QVERIFY(BackupExporter::writeBackup(restored, folder + QStringLiteral("/backup.json")).ok());
+        archive.rollback();
+    }
+
+    QString trialFolder(const QString &mode, int trial) const
+    {
+        const QString dataDir = restoreFolder(mode) + QStringLiteral("/trial-%1").arg(trial);
+        QDir().mkpath(dataDir);
+        const QDir before(restoreFolder(mode) + QStringLiteral("/before"));
+        for (const QString &name : before.entryList(QDir::Files))
+            QFile::copy(before.filePath(name), dataDir + QLatin1Char('/') + name);
+        return dataDir;
+    }
+
+    QProcess *startRestore(const QString &dataDir, const QString &mode)
+    {
+        auto *process = new QProcess(this);
+        process->start(QStringLiteral(ODELEAF_CLI),
+                       {QStringLiteral("--data-dir"), dataDir, QStringLiteral("restore"),
+                        restoreFolder(mode) + QStringLiteral("/backup.json"), QStringLiteral("--mode"), mode});
+        process->waitForStarted();
+        return process;
+    }
+
+    // The restore writes the store only after its safety backup is complete.
+    static bool waitForSafetyBackup(const QString &dataDir, const QProcess &process)
+    {
+        const QDir folder(dataDir + QStringLiteral("/Safety Backups"));
+        while (process.state() == QProcess::Running) {
+            if (!folder.entryList({QStringLiteral("pre-restore-*.json")}, QDir::Files).isEmpty())
+                return true;
+            QTest::qSleep(1);
+        }
+        return false;
+    }
 
     QProcess *startBackup()
     {
@@ -134,6 +219,63 @@ private Q_SLOTS:
         QCOMPARE(old + complete, trials);
         // Otherwise the test would only have watched processes that were not writing.
         QVERIFY(killedWhileWriting > 0);
+    }
+
+    // A restore killed at any moment leaves the archive as it was before or as it is
+    // after, never with part of the backup in it.
+    void killedRestoreLeavesTheArchiveBeforeOrAfter_data()
+    {
+        QTest::addColumn<QString>("mode");
+        QTest::newRow("addMissing") << QStringLiteral("addMissing");
+        QTest::newRow("addMissingAndUpdate") << QStringLiteral("addMissingAndUpdate");
+    }
+
+    void killedRestoreLeavesTheArchiveBeforeOrAfter()
+    {
+        QFETCH(QString, mode);
+        prepareRestore(mode);
+        const QString pristine = trialFolder(mode, 0);
+        const QMap<QString, QString> before = archiveState(pristine);
+        QElapsedTimer clock;
+        clock.start();
+        QProcess *complete = startRestore(pristine, mode);
+        QVERIFY(waitForSafetyBackup(pristine, *complete));
+        const qint64 untilBackup = clock.elapsed();
+        QVERIFY(complete->waitForFinished(120000));
+        const qint64 duration = clock.elapsed();
+        QCOMPARE(complete->exitCode(), 0);
+        const QMap<QString, QString> after = archiveState(pristine);
+        QVERIFY(after != before);
+        QCOMPARE(after.size(), mode == QLatin1String("addMissing") ? before.size() + restoredPoems : before.size());
+
+        const int kills = restoreKills();
+        int untouched = 0;
+        int restored = 0;
+        QRandomGenerator random(QRandomGenerator::global()->generate());
+        for (int trial = 1; trial <= kills; ++trial) {
+            const QString dataDir = trialFolder(mode, trial);
+            QProcess *process = startRestore(dataDir, mode);
+            // Most kills land after the safety backup, while the store is written.
+            if (trial % 4 == 0 || !waitForSafetyBackup(dataDir, *process))
+                QTest::qSleep(int(random.bounded(duration + 1)));
+            else
+                QTest::qSleep(int(random.bounded(duration - untilBackup + 1)));
+            process->kill();
+            QVERIFY(process->waitForFinished(10000));
+            delete process;
+            const QMap<QString, QString> found = archiveState(dataDir);
+            QVERIFY2(found == before || found == after,
+                     qPrintable(QStringLiteral("trial %1: %2 poems, neither before (%3) nor after (%4)")
+                                    .arg(trial)
+                                    .arg(found.size())
+                                    .arg(before.size())
+                                    .arg(after.size())));
+            untouched += found == before ? 1 : 0;
+            restored += found == after ? 1 : 0;
+            QDir(dataDir).removeRecursively();
+        }
+        qInfo("%s: run %lld ms (safety backup after %lld ms); %d kills: %d before, %d after", qPrintable(mode),
+              duration, untilBackup, kills, untouched, restored);
     }
 };
 

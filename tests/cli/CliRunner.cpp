@@ -3,9 +3,11 @@
 #include <QJsonDocument>
 #include <QProcess>
 
-CliOutcome CliRunner::run(const QStringList &arguments, const QByteArray &input) const
+CliOutcome CliRunner::run(const QStringList &arguments, const QByteArray &input, const QString &outputFile) const
 {
     QProcess process;
+    if (!outputFile.isEmpty())
+        process.setStandardOutputFile(outputFile, QIODevice::Append);
     process.start(QStringLiteral(ODELEAF_CLI), QStringList{QStringLiteral("--data-dir"), m_dataDir} + arguments);
     process.write(input);
     process.closeWriteChannel();

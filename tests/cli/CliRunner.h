@@ -15,7 +15,8 @@ struct CliOutcome {
 class CliRunner {
 public:
     explicit CliRunner(QString dataDir) : m_dataDir(std::move(dataDir)) {}
-    CliOutcome run(const QStringList &arguments, const QByteArray &input = {}) const;
+    // With an output file, standard output goes there (a full disk: /dev/full).
+    CliOutcome run(const QStringList &arguments, const QByteArray &input = {}, const QString &outputFile = {}) const;
     // The poem as "show" prints it; empty when the command failed.
     QJsonObject show(const QString &id) const;
     QString dataDir() const { return m_dataDir; }

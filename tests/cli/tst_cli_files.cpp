@@ -1,10 +1,12 @@
 #include "CliRunner.h"
 #include "TmpfsMount.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -189,6 +191,10 @@ private Q_SLOTS:
         QCOMPARE(full.exitCode, 1);
         QVERIFY2(full.err.contains(QStringLiteral("Nicht genug Speicherplatz")), qPrintable(full.err));
 
+        const CliOutcome category = cli.run({QStringLiteral("category-add"), QString(20000, QLatin1Char('k'))});
+        QCOMPARE(category.exitCode, 1);
+        QVERIFY2(category.err.contains(QStringLiteral("Nicht genug Speicherplatz")), qPrintable(category.err));
+
         QVERIFY(disk.remountReadOnly());
         const CliOutcome readOnly = cli.run(setPlace + QStringList{QStringLiteral("Bonn")});
         QCOMPARE(readOnly.exitCode, 1);
@@ -196,6 +202,81 @@ private Q_SLOTS:
                  qPrintable(readOnly.err));
         QCOMPARE(cli.run({QStringLiteral("prefs"), QStringLiteral("get"), QStringLiteral("poemFooterPlace")}).out,
                  QStringLiteral("Köln\n"));
+    }
+
+    // A category list that cannot be stored fails the command, whatever else it stored.
+    void categoryListsThatCannotBeStoredFailTheCommand()
+    {
+        const CliRunner cli(path(QStringLiteral("kategorien")));
+        QCOMPARE(cli.run({QStringLiteral("category-add"), QStringLiteral("Natur")}).exitCode, 0);
+        const QString csv = path(QStringLiteral("liste.csv"));
+        putFile(csv, "Gedicht;Kategorie\nSturm;Wetter\n");
+        // A folder where the preference file belongs: every write of it fails.
+        const QString preferences = cli.dataDir() + QStringLiteral("/preferences.ini");
+        QVERIFY(QFile::remove(preferences));
+        QVERIFY(QDir().mkdir(preferences));
+
+        const CliOutcome added = cli.run({QStringLiteral("category-add"), QStringLiteral("Liebe")});
+        QCOMPARE(added.exitCode, 1);
+        QVERIFY2(added.err.startsWith(QStringLiteral("Die Einstellungen konnten nicht gespeichert werden: ")),
+                 qPrintable(added.err));
+        const CliOutcome imported = cli.run({QStringLiteral("import-csv"), csv});
+        QCOMPARE(imported.exitCode, 1);
+        QVERIFY2(imported.err.startsWith(QStringLiteral("CSV Import: 1 neu, 0 aktualisiert")),
+                 qPrintable(imported.err));
+        QVERIFY2(
+            imported.err.contains(QStringLiteral("Die Kategorien der Tabelle wurden nicht in die Liste übernommen: "
+                                                 "Die Einstellungen konnten nicht gespeichert werden: ")),
+            qPrintable(imported.err));
+        QVERIFY(cli.run({QStringLiteral("list")}).out.contains(QStringLiteral("Sturm")));
+    }
+
+    // Output cut short by a full disk is no answer: the command says so and fails.
+    void outputToAFullDiskFails_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("list --json") << QStringList{QStringLiteral("list"), QStringLiteral("--json")};
+        QTest::newRow("list") << QStringList{QStringLiteral("list")};
+        QTest::newRow("duplicates --json") << QStringList{QStringLiteral("duplicates"), QStringLiteral("--json")};
+        QTest::newRow("stats") << QStringList{QStringLiteral("stats")};
+        QTest::newRow("add") << QStringList{QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Neu")};
+    }
+
+    void outputToAFullDiskFails()
+    {
+        QFETCH(QStringList, arguments);
+        if (!QFileInfo::exists(QStringLiteral("/dev/full")))
+            QSKIP("no /dev/full");
+        const CliRunner cli(path(QStringLiteral("voll")));
+        for (int i = 0; i < 3; ++i)
+            cli.run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Abendlied %1").arg(i)});
+        QCOMPARE(cli.run(arguments).exitCode, 0);
+        const CliOutcome full = cli.run(arguments, {}, QStringLiteral("/dev/full"));
+        QCOMPARE(full.exitCode, 1);
+        QVERIFY2(full.err.contains(QStringLiteral("Die Ausgabe konnte nicht geschrieben werden: Nicht genug "
+                                                  "Speicherplatz")),
+                 qPrintable(full.err));
+    }
+
+    // What a killed run left behind goes at the next start; a file of a writer still
+    // running stays.
+    void leftoversOfKilledRunsAreRemovedAtTheNextStart()
+    {
+        const CliRunner cli(path(QStringLiteral("reste")));
+        QCOMPARE(cli.run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Neu")}).exitCode, 0);
+        const QString safety = cli.dataDir() + QStringLiteral("/Safety Backups");
+        QVERIFY(QDir().mkpath(safety));
+        const QString stale = QStringLiteral(".odeleaf-tmp-999999999-4eZOKM");
+        const QString running = QStringLiteral(".odeleaf-tmp-%1-Uf6yQW").arg(QCoreApplication::applicationPid());
+        for (const QString &folder : {cli.dataDir(), safety}) {
+            putFile(folder + QLatin1Char('/') + stale, QByteArray(4096, 'x'));
+            putFile(folder + QLatin1Char('/') + running, "x");
+        }
+        QCOMPARE(cli.run({QStringLiteral("list")}).exitCode, 0);
+        for (const QString &folder : {cli.dataDir(), safety}) {
+            QVERIFY2(!QFileInfo::exists(folder + QLatin1Char('/') + stale), qPrintable(folder));
+            QVERIFY2(QFileInfo::exists(folder + QLatin1Char('/') + running), qPrintable(folder));
+        }
     }
 
     void aReadOnlyArchiveCanBeReadButNotChanged()

@@ -1,4 +1,6 @@
 #include "CliRunner.h"
+#include "StoreFaults.h"
+#include "TmpfsMount.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,11 +11,20 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
 
 QString dataPath(const QString &name)
 {
     return QStringLiteral(ODELEAF_TEST_DATA "/import/") + name;
+}
+
+QJsonObject readJson(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
 }
 
 } // namespace
@@ -111,6 +122,7 @@ private Q_SLOTS:
         };
         const QString herbst = add(QStringLiteral("Herbstlied"));
         const QString other = add(QStringLiteral("Ganz anderes Gedicht"));
+        const QString third = add(QStringLiteral("Noch eines"));
         QTemporaryDir folder;
         const QDir root(folder.path());
         QVERIFY(
@@ -118,13 +130,19 @@ private Q_SLOTS:
         QVERIFY(
             QFile::copy(dataPath(QStringLiteral("Abendstille.docx")), root.filePath(QStringLiteral("Entwurf.docx"))));
         QVERIFY(QFile::copy(dataPath(QStringLiteral("Abendstille.pdf")), root.filePath(QStringLiteral("Entwurf.pdf"))));
+        QVERIFY(
+            QFile::copy(dataPath(QStringLiteral("Abendstille.docx")), root.filePath(QStringLiteral("Skizze.docx"))));
 
+        // Every --assign counts, not only the last one.
         const CliOutcome outcome = cli.run({QStringLiteral("import"), folder.path(), QStringLiteral("--assign"),
                                             QStringLiteral("Entwurf.docx=") + other, QStringLiteral("--pdf"),
+                                            QStringLiteral("--assign=Skizze.docx=") + third,
                                             QStringLiteral("--timeout-docx"), QStringLiteral("5")});
         QCOMPARE(outcome.exitCode, 0);
-        QVERIFY2(outcome.out.startsWith(QStringLiteral("Import fertig (2-Phasen): 2 gesetzt, 0 fehlgeschlagen.")),
+        QVERIFY2(outcome.out.startsWith(QStringLiteral("Import fertig (2-Phasen): 3 gesetzt, 0 fehlgeschlagen.")),
                  qPrintable(outcome.out));
+        QVERIFY(!cli.show(other)[QStringLiteral("text")].toString().isEmpty());
+        QVERIFY(!cli.show(third)[QStringLiteral("text")].toString().isEmpty());
         QVERIFY(outcome.out.contains(QStringLiteral("Sicherheitsbackup: pre-text-import-")));
         QCOMPARE(outcome.out.count(QLatin1Char('\n')), 1);
         QFile expected(dataPath(QStringLiteral("Herbstlied.expected.txt")));
@@ -143,11 +161,97 @@ private Q_SLOTS:
         QVERIFY2(overwrite.out.startsWith(QStringLiteral("Import fertig (1-Pass): 1 gesetzt")),
                  qPrintable(overwrite.out));
 
+        // That run set the text the poem had already: undo has nothing to put back.
         const CliOutcome undone = cli.run({QStringLiteral("undo-import")});
         QCOMPARE(undone.exitCode, 0);
-        QCOMPARE(undone.out, QStringLiteral("Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt.\n"));
+        QCOMPARE(undone.out, QStringLiteral("Letzter Import rückgängig gemacht: 0 Gedichte wiederhergestellt.\n"));
         QCOMPARE(cli.run({QStringLiteral("undo-import")}).out,
                  QStringLiteral("Kein Import zum Rückgängigmachen vorhanden.\n"));
+    }
+
+    // The store refuses the batch, or the undo record meets a full disk: nothing may be
+    // reported as set, the command fails, and undo claims no poem it did not change.
+    void importThatCannotStoreFails_data()
+    {
+        QTest::addColumn<bool>("fullDisk");
+        QTest::newRow("store refuses the commit") << false;
+        QTest::newRow("undo record on a full disk") << true;
+    }
+
+    void importThatCannotStoreFails()
+    {
+        QFETCH(bool, fullDisk);
+        TmpfsMount disk(256 << 10);
+        if (fullDisk && !disk.isMounted())
+            QSKIP(TmpfsMount::skipReason());
+        QTemporaryDir dataDir;
+        const CliRunner cli(dataDir.path());
+        const QString herbst =
+            cli.run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Herbstlied")}).out.trimmed();
+        QTemporaryDir folder;
+        QVERIFY(QFile::copy(dataPath(QStringLiteral("Herbstlied.docx")),
+                            QDir(folder.path()).filePath(QStringLiteral("Herbstlied.docx"))));
+        const QString undoFile = dataDir.filePath(QStringLiteral("last_text_import_undo.json"));
+        if (fullDisk) {
+            // The record's file lies on the full disk; the safety backup still has room.
+            QFile record(disk.filePath(QStringLiteral("undo.json")));
+            QVERIFY(record.open(QIODevice::WriteOnly) && record.write("[]") == 2);
+            record.close();
+            QVERIFY(QFile::link(record.fileName(), undoFile));
+            QVERIFY(disk.leaveFree(0));
+        } else {
+            executeOnStore(dataDir.filePath(QStringLiteral("OdeLeaf.sqlite")),
+                           "CREATE TRIGGER refuse BEFORE UPDATE ON poem BEGIN SELECT RAISE(ABORT, 'voll'); END");
+        }
+
+        const CliOutcome outcome = cli.run({QStringLiteral("import"), folder.path()});
+        QCOMPARE(outcome.exitCode, 1);
+        QVERIFY2(outcome.err.startsWith(QStringLiteral("Achtung: 1 Datei wurde nicht gespeichert (")),
+                 qPrintable(outcome.err));
+        QVERIFY2(outcome.err.contains(QStringLiteral("0 gesetzt, 1 fehlgeschlagen.")), qPrintable(outcome.err));
+        if (fullDisk)
+            QVERIFY2(outcome.err.contains(QStringLiteral("Nicht genug Speicherplatz")), qPrintable(outcome.err));
+        QVERIFY(cli.show(herbst)[QStringLiteral("text")].toString().isEmpty());
+
+        const CliOutcome undone = cli.run({QStringLiteral("undo-import")});
+        QCOMPARE(undone.exitCode, 0);
+        QCOMPARE(undone.out, QStringLiteral("Kein Import zum Rückgängigmachen vorhanden.\n"));
+    }
+
+    void filesWithUnreadableNamesAreReported()
+    {
+        QTemporaryDir dataDir;
+        const CliRunner cli(dataDir.path());
+        cli.run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Herbstlied")});
+        QTemporaryDir folder;
+        QVERIFY(QFile::copy(dataPath(QStringLiteral("Herbstlied.docx")),
+                            QDir(folder.path()).filePath(QStringLiteral("Herbstlied.docx"))));
+        // A Latin-1 name from an old disk, "Märzlied.docx": no QString can name it.
+        QFile document(dataPath(QStringLiteral("Herbstlied.docx")));
+        QVERIFY(document.open(QIODevice::ReadOnly));
+        const QByteArray bytes = document.readAll();
+        const int descriptor =
+            ::open((QFile::encodeName(folder.path()) + "/M\xe4rzlied.docx").constData(), O_CREAT | O_WRONLY, 0600);
+        QVERIFY(descriptor >= 0);
+        QCOMPARE(::write(descriptor, bytes.constData(), size_t(bytes.size())), ssize_t(bytes.size()));
+        ::close(descriptor);
+        const CliOutcome outcome = cli.run({QStringLiteral("import"), folder.path()});
+        QCOMPARE(outcome.exitCode, 0);
+        QVERIFY2(outcome.out.contains(QStringLiteral("1 gesetzt, 1 fehlgeschlagen.")), qPrintable(outcome.out));
+        const QJsonObject report = readJson(dataDir.filePath(QStringLiteral("last_import_report.json")));
+        const QJsonArray items = report.value(QStringLiteral("items")).toArray();
+        QStringList failed;
+        for (const QJsonValue item : items) {
+            if (item.toObject().value(QStringLiteral("status")).toString() == QStringLiteral("Fehlgeschlagen"))
+                failed.append(item.toObject().value(QStringLiteral("fileName")).toString());
+        }
+        QCOMPARE(failed.size(), 1);
+        QVERIFY2(failed.first().startsWith(u'M') && failed.first().endsWith(QStringLiteral("rzlied.docx")),
+                 qPrintable(failed.first()));
+        // The reason is no report reason of its own: the technical details carry it.
+        QFile log(dataDir.filePath(QStringLiteral("import_failures.txt")));
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        QVERIFY(QString::fromUtf8(log.readAll()).contains(QStringLiteral("Der Dateiname ist kein gültiges UTF-8")));
     }
 
     void importUsageAndFailures()

@@ -557,6 +557,50 @@ private Q_SLOTS:
         QCOMPARE(document->picture(firstImage(*document).name())->bytes, jpeg);
     }
 
+    // On a conflict the window tells standard error (the system journal, when started from
+    // a desktop) which poem it was by its id, never by its title or its words.
+    void conflictsAreLoggedByIdOnly()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("OdeLeaf.sqlite"));
+        auto mine = PersistenceController::open(path);
+        QVERIFY(mine.ok());
+        ArchiveContext &archive = (*mine)->viewContext();
+        const PoemPtr poem = PoemFactory::makeNewPoem(archive, QDateTime::currentDateTimeUtc());
+        poem->setTitle(QStringLiteral("Geheimes Liebesgedicht"));
+        poem->setText(QStringLiteral("Nur für dich"));
+        QVERIFY(archive.save().ok());
+        {
+            auto other = PersistenceController::open(path);
+            QVERIFY(other.ok());
+            (*other)->viewContext().poemWithID(*poem->id())->setText(QStringLiteral("Fassung aus dem Nebenfenster"));
+            QVERIFY((*other)->viewContext().save().ok());
+        }
+        PoemEditorPane pane(archive);
+        pane.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&pane));
+        pane.setPoem(poem);
+
+        static QStringList logged;
+        logged.clear();
+        const QtMessageHandler previous = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext &, const QString &message) { logged.append(message); });
+        pane.textView()->setFocus();
+        pane.textView()->moveCursor(QTextCursor::End);
+        QTest::keyClicks(pane.textView(), QStringLiteral(" und mich"));
+        qInstallMessageHandler(previous);
+
+        const bool named = std::any_of(logged.begin(), logged.end(), [&poem](const QString &line) {
+            return line.contains(QStringLiteral("apply/save failed")) && line.contains(uuidText(*poem->id()));
+        });
+        QVERIFY2(named, qPrintable(logged.join(u'\n')));
+        for (const QString &line : std::as_const(logged)) {
+            for (const QString &words : {QStringLiteral("Geheimes"), QStringLiteral("Nur für dich"),
+                                         QStringLiteral("Nebenfenster"), QStringLiteral("und mich")})
+                QVERIFY2(!line.contains(words), qPrintable(line));
+        }
+    }
+
     void rendersInBothAppearances()
     {
         auto formatted = PoemRichText::fromPlainText(QStringLiteral("Abendlied\nDer Mond ist aufgegangen,\n"

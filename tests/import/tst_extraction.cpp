@@ -133,7 +133,7 @@ private Q_SLOTS:
 
         // In the poem the text takes the editor's font and size, not the document's 16 and 12 pt;
         // weight, slant, underline and alignment stay.
-        const QTextCharFormat editor = WriterTypingAttributes::defaults();
+        const ImportedRichText::EditorFont editor = ImportedRichText::EditorFont::current();
         const auto stored = ImportedRichText::encode(*result->richText, editor);
         QVERIFY(stored);
         const auto poem = PoemRichText::decode(*stored);
@@ -142,8 +142,8 @@ private Q_SLOTS:
         for (QTextBlock block = poem->begin(); block.isValid(); block = block.next()) {
             for (auto fragment = block.begin(); !fragment.atEnd(); ++fragment) {
                 const QTextCharFormat format = fragment.fragment().charFormat();
-                QCOMPARE(format.fontPointSize(), editor.fontPointSize());
-                QCOMPARE(format.fontFamilies(), editor.fontFamilies());
+                QCOMPARE(format.fontPointSize(), editor.pointSize);
+                QCOMPARE(format.fontFamilies(), QStringList{editor.family});
                 if (format.fontWeight() >= QFont::Bold || format.fontItalic() || format.fontUnderline())
                     styled.append(fragment.fragment().text());
             }

@@ -8,6 +8,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
 
 void touch(const QDir &root, const QString &relativePath)
@@ -68,6 +71,33 @@ private Q_SLOTS:
         QCOMPARE(relativeSorted(root, FolderScanner::collectFiles(dir.path(), FolderScanner::documentExtensions())),
                  QStringList{"a/Link.docx"});
         QVERIFY(FolderScanner::collectFiles(dir.path(), FolderScanner::imageExtensions()).isEmpty());
+    }
+
+    // A name that is no valid UTF-8 (a copy from an old Latin-1 disk) cannot be read, but
+    // must not vanish either: the listing names it apart from the readable files.
+    void namesThatAreNoUtf8AreListedAsUnreadable()
+    {
+        QTemporaryDir dir;
+        const QDir root(dir.path());
+        touch(root, QStringLiteral("Lesbar.docx"));
+        QVERIFY(QDir().mkpath(root.filePath(QStringLiteral("2019"))));
+        for (const QByteArray &name : {QByteArray("Gr\xfc\xdf"
+                                                  "e.docx"),
+                                       QByteArray("2019/M\xe4rz.pdf"), QByteArray("Notiz \xe4.txt")}) {
+            const int descriptor =
+                ::open((QFile::encodeName(dir.path()) + '/' + name).constData(), O_CREAT | O_WRONLY, 0600);
+            QVERIFY(descriptor >= 0);
+            ::close(descriptor);
+        }
+        const FolderScanner::Listing listing = FolderScanner::list(dir.path(), FolderScanner::documentExtensions());
+        QCOMPARE(relativeSorted(root, listing.paths), QStringList{"Lesbar.docx"});
+        QStringList unreadable = listing.unreadable;
+        unreadable.sort();
+        QCOMPARE(unreadable, (QStringList{QFile::decodeName("2019/M\xe4rz.pdf"), QFile::decodeName("Gr\xfc\xdf"
+                                                                                                   "e.docx")}));
+        QVERIFY(unreadable.first().contains(QChar::ReplacementCharacter));
+        const FolderScanOutcome outcome = FolderScan::run(dir.path(), {}, false);
+        QCOMPARE(outcome.unreadableFiles.size(), 2);
     }
 
     void relativePathIsBelowTheFolder()

@@ -1,7 +1,9 @@
 #include "ImportTestSupport.h"
+#include "StoreFaults.h"
 #include "backup/BackupTestSupport.h"
 
 #include "archive/ApplicationSupport.h"
+#include "archive/PersistenceController.h"
 #include "backup/BackupExporter.h"
 #include "editor/PoemRichText.h"
 #include "import/ImportApplier.h"
@@ -456,16 +458,18 @@ private Q_SLOTS:
             poems.append(addPoem(context(), QStringLiteral("P%1").arg(i), QStringLiteral("alt")));
         QVERIFY(context().save().ok());
         QList<qsizetype> recordSizes;
+        qsizetype stored = 0;
         bool failUndo = false;
         ImportApplier applier(
             context(),
             [&](const QList<ImportUndoItem> &items) -> Result<void> {
-                // Nothing of the batch may be in the store yet.
-                if (!context().hasChanges())
+                // A record that grows is written while its batch is still out of the store.
+                if (items.size() > stored && !context().hasChanges())
                     return Error{QStringLiteral("committed before its record")};
                 recordSizes.append(items.size());
                 if (failUndo)
                     return Error{QStringLiteral("Nicht genug Speicherplatz")};
+                stored = items.size();
                 return {};
             },
             2);
@@ -476,12 +480,108 @@ private Q_SLOTS:
         QVERIFY(applier.apply(*poems.at(2)->id(), QStringLiteral("n2"), std::nullopt, false).applied);
         const auto outcome = applier.apply(*poems.at(3)->id(), QStringLiteral("n3"), std::nullopt, false);
         QCOMPARE(outcome.saveError, QStringLiteral("Nicht genug Speicherplatz"));
-        QVERIFY2(context().hasChanges(), "a batch without its undo record stays out of the store");
+        // A batch without its undo record stays out of the store, and out of memory too:
+        // no later save may store it behind the import's back.
+        QVERIFY(!context().hasChanges());
+        QCOMPARE(poems.at(2)->text(), QStringLiteral("alt"));
+        QCOMPARE(poems.at(3)->text(), QStringLiteral("alt"));
+        QCOMPARE(applier.undoItems().size(), 2);
         failUndo = false;
         QVERIFY(applier.finalize().ok());
-        QCOMPARE(recordSizes, (QList<qsizetype>{2, 4, 4}));
+        // The record is written again without the poems that were taken back.
+        QCOMPARE(recordSizes, (QList<qsizetype>{2, 4, 2}));
         QVERIFY(applier.apply(*poems.at(4)->id(), QStringLiteral("egal"), std::nullopt, true).skippedBecauseHasText);
         QVERIFY(!applier.apply(QUuid::createUuid(), QStringLiteral("x"), std::nullopt, false).applied);
+    }
+
+    // A full disk refuses the undo record or the commit: the batch counts as failed,
+    // the summary leads with it, and nothing claims a change that the store never got.
+    void batchesThatCannotBeStoredAreReportedAsFailed_data()
+    {
+        QTest::addColumn<bool>("images");
+        QTest::addColumn<bool>("undoFails");
+        QTest::addColumn<int>("unsaved");
+        QTest::newRow("text, commit refused") << false << false << 1;
+        QTest::newRow("text, undo record refused") << false << true << 3;
+        QTest::newRow("images, commit refused") << true << false << 1;
+        QTest::newRow("images, undo record refused") << true << true << 3;
+    }
+
+    void batchesThatCannotBeStoredAreReportedAsFailed()
+    {
+        QFETCH(bool, images);
+        QFETCH(bool, undoFails);
+        QFETCH(int, unsaved);
+        const QString storePath = m_archive->path(QStringLiteral("OdeLeaf.sqlite"));
+        auto controller = PersistenceController::open(storePath);
+        QVERIFY(controller.ok());
+        ArchiveContext &archive = (*controller)->viewContext();
+        QList<PoemPtr> poems;
+        QList<ImportProposal> proposals;
+        for (int i = 0; i < 3; ++i) {
+            poems.append(addPoem(archive, QStringLiteral("P%1").arg(i), QStringLiteral("alt")));
+            const QString file = images ? QStringLiteral("P%1.png").arg(i) : QStringLiteral("P%1.docx").arg(i);
+            if (images)
+                QVERIFY(QFile::copy(dataPath(QStringLiteral("Bild.png")), QDir(m_folder).filePath(file)));
+            else
+                docx(file, {QStringLiteral("neu %1").arg(i)});
+            proposals.append(proposalFor(file, poems.last()));
+        }
+        QVERIFY(archive.save().ok());
+        if (undoFails)
+            QVERIFY(QDir().mkpath(ImportStateFiles::undoPath()));
+        else
+            executeOnStore(storePath, "CREATE TRIGGER refuse BEFORE UPDATE ON poem WHEN NEW.title = 'P2' "
+                                      "BEGIN SELECT RAISE(ABORT, 'Datenträger voll'); END");
+
+        ImportRunSettings settings;
+        settings.folder = m_folder;
+        settings.proposals = proposals;
+        settings.options.onlyIfPoemTextEmpty = false;
+        settings.imagesOnly = images;
+        settings.batchSize = 2;
+        ImportRun importRun(archive, settings);
+        importRun.runToEnd();
+
+        const QString status = importRun.statusText();
+        const QString lead = unsaved == 1 ? QStringLiteral("Achtung: 1 Datei wurde nicht gespeichert (")
+                                          : QStringLiteral("Achtung: 3 Dateien wurden nicht gespeichert (");
+        QVERIFY2(status.startsWith(lead), qPrintable(status));
+        QVERIFY2(status.contains(
+                     images
+                         ? QStringLiteral("Bildimport: %1 angehängt, %2 fehlgeschlagen.").arg(3 - unsaved).arg(unsaved)
+                         : QStringLiteral("%1 gesetzt, %2 fehlgeschlagen.").arg(3 - unsaved).arg(unsaved)),
+                 qPrintable(status));
+        QCOMPARE(importRun.counts().unsaved, unsaved);
+        QCOMPARE(importRun.counts().failed, unsaved);
+        QCOMPARE(importRun.counts().applied, 3 - unsaved);
+        QCOMPARE(importRun.report().headline(), QStringLiteral("Import mit Hinweisen abgeschlossen"));
+        QVERIFY(!archive.hasChanges());
+
+        // Memory and store agree, poem by poem, on what was stored.
+        auto reopened = PersistenceController::open(storePath);
+        QVERIFY(reopened.ok());
+        for (int i = 0; i < 3; ++i) {
+            const bool stored = i < 3 - unsaved;
+            const QString reason = importRun.report().items.at(i).reason.value_or(QStringLiteral("Übernommen"));
+            QCOMPARE(reason, stored ? QStringLiteral("Übernommen") : QStringLiteral("Speichern fehlgeschlagen"));
+            const PoemPtr again = (*reopened)->viewContext().poemWithID(*poems.at(i)->id());
+            QCOMPARE(again->text(), poems.at(i)->text());
+            QCOMPARE(poems.at(i)->text() == QStringLiteral("alt"), !stored);
+        }
+
+        // Undo puts back only what the import changed in the store.
+        if (undoFails)
+            QVERIFY(QDir(ImportStateFiles::undoPath()).removeRecursively());
+        else
+            executeOnStore(storePath, "DROP TRIGGER refuse");
+        const auto undone = ImportUndo::undoLastImport(archive);
+        QVERIFY2(undone.ok(), qPrintable(undone.errorMessage()));
+        QCOMPARE(*undone, undoFails
+                              ? QStringLiteral("Kein Import zum Rückgängigmachen vorhanden.")
+                              : QStringLiteral("Letzter Import rückgängig gemacht: 2 Gedichte wiederhergestellt."));
+        for (const PoemPtr &poem : std::as_const(poems))
+            QCOMPARE(poem->text(), QStringLiteral("alt"));
     }
 
     void imagesAreAppendedAndReported()

@@ -457,7 +457,7 @@ void MainWindow::takeOverStoreChanges()
 {
     // Reading failed this time (a disk hiccup); the next tick tries again.
     if (const auto refreshed = m_context.refreshFromStore(); !refreshed)
-        qWarning().noquote() << refreshed.errorMessage();
+        qWarning().noquote() << refreshed.error().forLog();
 }
 
 void MainWindow::changeEvent(QEvent *event)

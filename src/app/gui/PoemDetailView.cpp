@@ -362,7 +362,12 @@ void PoemDetailView::commitCategory()
         return;
     applyEdit([category](Poem &poem) { poem.setCategory(category); });
     // A name typed here is offered again next time, in every poem.
-    if (category && CategoryCatalog::adoptCategories({*category}) > 0)
+    if (!category)
+        return;
+    const auto adopted = CategoryCatalog::adoptCategories({*category});
+    if (!adopted)
+        setSaveStatus(adopted.errorMessage(), true);
+    else if (*adopted > 0)
         reloadCategories();
 }
 
@@ -383,7 +388,7 @@ void PoemDetailView::applyEdit(const std::function<void(Poem &)> &change)
         setSaveStatus(tr("Gespeichert"), false);
     } else {
         // The change stays in memory and goes with the next save that succeeds.
-        qWarning().noquote() << QStringLiteral("apply/save failed: %1").arg(saved.errorMessage());
+        qWarning().noquote() << QStringLiteral("apply/save failed: %1").arg(saved.error().forLog());
         setSaveStatus(tr("Nicht gespeichert: %1").arg(saved.errorMessage()), true);
     }
     Q_EMIT poemChanged();

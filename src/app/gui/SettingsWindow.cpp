@@ -258,7 +258,10 @@ void SettingsWindow::refreshCategories()
 
 void SettingsWindow::addCategory()
 {
-    if (!CategoryCatalog::addCategory(m_newCategory->text()))
+    const auto added = CategoryCatalog::addCategory(m_newCategory->text());
+    if (!added)
+        QMessageBox::warning(this, tr("Kategorie hinzufügen"), added.errorMessage());
+    if (!added || !*added)
         return;
     m_newCategory->clear();
     refreshCategories();
@@ -267,8 +270,12 @@ void SettingsWindow::addCategory()
 
 void SettingsWindow::renameCategory(const QString &oldName, const QString &newName)
 {
-    if (newName.trimmed() != oldName.trimmed())
-        CategoryCatalog::renameCategory(m_context, oldName, newName, QDateTime::currentDateTimeUtc());
+    if (newName.trimmed() != oldName.trimmed()) {
+        const auto renamed =
+            CategoryCatalog::renameCategory(m_context, oldName, newName, QDateTime::currentDateTimeUtc());
+        if (!renamed)
+            QMessageBox::warning(this, tr("Kategorie umbenennen"), renamed.errorMessage());
+    }
     m_categories.clear(); // the row's pending edit is dropped either way
     refreshCategories();
     Q_EMIT categoriesChanged();
@@ -282,7 +289,8 @@ void SettingsWindow::removeCategory(const QString &name)
         if (!confirmed)
             return;
     }
-    CategoryCatalog::removeCategory(m_context, name, QDateTime::currentDateTimeUtc());
+    if (auto removed = CategoryCatalog::removeCategory(m_context, name, QDateTime::currentDateTimeUtc()); !removed)
+        QMessageBox::warning(this, tr("Kategorie entfernen"), removed.errorMessage());
     refreshCategories();
     Q_EMIT categoriesChanged();
 }

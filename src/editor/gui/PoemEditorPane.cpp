@@ -330,7 +330,7 @@ void PoemEditorPane::writeText()
     const auto saved = PoemTextWriter::write(m_context, *m_poem, *encoded, plain, QDateTime::currentDateTimeUtc());
     m_sync.setUpdating(false);
     if (!saved) {
-        qWarning().noquote() << saveFailedText << saved.errorMessage();
+        qWarning().noquote() << saveFailedText << saved.error().forLog();
         setSaveStatus(saveFailedText);
         // Why it failed matters when another program changed the poem meanwhile.
         Q_EMIT statusMessage(saved.errorMessage());
@@ -354,7 +354,7 @@ void PoemEditorPane::writeNotes()
         m_context, *m_poem, [&notes](Poem &poem) { poem.setWriterNotes(notes); }, QDateTime::currentDateTimeUtc());
     m_sync.setUpdating(false);
     if (!saved) {
-        qWarning().noquote() << saveFailedText << saved.errorMessage();
+        qWarning().noquote() << saveFailedText << saved.error().forLog();
         setSaveStatus(saveFailedText);
         // Why it failed matters when another program changed the poem meanwhile.
         Q_EMIT statusMessage(saved.errorMessage());

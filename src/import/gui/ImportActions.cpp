@@ -56,6 +56,7 @@ void ImportActions::startImport(ImportReviewWindow *review)
     ImportRunSettings settings;
     settings.folder = review->folder();
     settings.proposals = review->proposals();
+    settings.unreadableFiles = review->unreadableFiles();
     settings.options = review->options();
     settings.imagesOnly = review->imagesOnly();
     if (m_readers > 0)

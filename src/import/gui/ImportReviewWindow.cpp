@@ -100,7 +100,8 @@ QScrollArea *scrollingSideways(QWidget *content)
 } // namespace
 
 ImportReviewWindow::ImportReviewWindow(ArchiveContext &context, const FolderScanOutcome &scan, QWidget *parent)
-    : QDialog(parent), m_context(context), m_folder(scan.folder), m_imagesOnly(scan.imagesOnly)
+    : QDialog(parent), m_context(context), m_folder(scan.folder), m_imagesOnly(scan.imagesOnly),
+      m_unreadableFiles(scan.unreadableFiles)
 {
     setWindowTitle(m_imagesOnly ? tr("Bildimport prüfen") : tr("Textimport prüfen"));
     resize(980, m_imagesOnly ? 620 : 760);

@@ -37,6 +37,7 @@ public:
     ImportReviewOptions options() const;
     const QString &folder() const { return m_folder; }
     bool imagesOnly() const { return m_imagesOnly; }
+    const QStringList &unreadableFiles() const { return m_unreadableFiles; }
 
     ProposalFilter filter() const;
     void setFilter(ProposalFilter filter);
@@ -81,6 +82,7 @@ private:
     ArchiveContext &m_context;
     QString m_folder;
     bool m_imagesOnly;
+    QStringList m_unreadableFiles;
     ImportProposalTableModel *m_model = nullptr;
     ProposalFilterProxyModel *m_filtered = nullptr;
     QTableView *m_table = nullptr;
