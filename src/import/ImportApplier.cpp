@@ -1,10 +1,12 @@
 #include "import/ImportApplier.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/VersionReason.h"
 
 ImportApplier::ImportApplier(ArchiveContext &context, UndoWriter writeUndo, int batchSize)
     : m_context(context), m_writeUndo(std::move(writeUndo)), m_batchSize(std::max(1, batchSize)),
-      m_clock([] { return QDateTime::currentDateTimeUtc(); })
+      m_clock([] { return QDateTime::currentDateTimeUtc(); }),
+      m_versionReason(QCoreApplication::translate("ImportApplier", "vor Textimport"))
 {
     // Trashed poems too: a file chosen for a poem that went to the trash still finds it.
     for (const PoemPtr &poem : context.fetch()) {
@@ -59,6 +61,7 @@ Result<void> ImportApplier::commit()
             return written;
         m_undoItemsOnDisk = m_undoItems.size();
     }
+    const VersionReason reason(m_context, m_versionReason);
     if (auto saved = m_context.save(); !saved)
         return saved;
     m_pending = 0;

@@ -158,6 +158,8 @@ void ImportRun::begin()
 
     m_applyStarted = true;
     m_applier = std::make_unique<ImportApplier>(m_context, &ImportStateFiles::saveUndo, m_settings.batchSize);
+    if (m_settings.imagesOnly)
+        m_applier->setVersionReason(tr("vor Bildimport"));
     m_editorDefaults = WriterTypingAttributes::defaults();
     m_report.title = m_settings.imagesOnly ? ImportReport::imageImportTitle() : ImportReport::textImportTitle();
     if (m_settings.imagesOnly) {

@@ -231,7 +231,7 @@ private Q_SLOTS:
         }
         // What the previous schema held: the whole rich text in the row.
         executeOnStore(path, "DROP TABLE picture; ALTER TABLE poem DROP COLUMN rich_text_pictures; "
-                             "PRAGMA user_version=3;");
+                             "DROP TABLE poem_version; DROP TABLE version_picture; PRAGMA user_version=3;");
         sqlite3 *db = nullptr;
         QCOMPARE(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
         sqlite3_stmt *statement = nullptr;

@@ -1,0 +1,376 @@
+#include "archive/PoemVersionStore.h"
+
+#include "archive/PictureStore.h"
+#include "archive/SqliteDatabase.h"
+#include "archive/SqliteStatement.h"
+#include "archive/VerseDiff.h"
+#include "archive/VersionRetention.h"
+
+#include <QCryptographicHash>
+#include <QDataStream>
+#include <QIODevice>
+#include <QTimeZone>
+
+#include <set>
+
+namespace {
+
+// The user-visible attributes, in the poem table's column names; a version keeps these.
+const char *const contentColumns =
+    "title, text, rich_text_data, rich_text_pictures, category, date, writer_notes, is_published, in_podcast";
+
+struct Content {
+    std::optional<QString> title;
+    std::optional<QString> text;
+    std::optional<QByteArray> richTextBody;
+    std::optional<QString> pictureList;
+    std::optional<QString> category;
+    std::optional<qint64> date;
+    std::optional<QString> writerNotes;
+    qint64 isPublished = 0;
+    qint64 inPodcast = 0;
+
+    // Picture ids stand for their bytes, which never change under an id.
+    QByteArray hash() const
+    {
+        QByteArray bytes;
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        const auto put = [&stream](const auto &value) {
+            stream << value.has_value();
+            if (value)
+                stream << *value;
+        };
+        put(title);
+        put(text);
+        put(richTextBody);
+        put(pictureList);
+        put(category);
+        put(date);
+        put(writerNotes);
+        stream << isPublished << inPodcast;
+        return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1);
+    }
+};
+
+Content readContent(const SqliteStatement &s, int first)
+{
+    return Content{s.optionalText(first),     s.optionalText(first + 1), s.optionalBlob(first + 2),
+                   s.optionalText(first + 3), s.optionalText(first + 4), s.optionalInt64(first + 5),
+                   s.optionalText(first + 6), s.int64(first + 7),        s.int64(first + 8)};
+}
+
+void bindContent(SqliteStatement &s, int first, const Content &c)
+{
+    s.bind(first, c.title);
+    s.bind(first + 1, c.text);
+    s.bind(first + 2, c.richTextBody);
+    s.bind(first + 3, c.pictureList);
+    s.bind(first + 4, c.category);
+    s.bind(first + 5, c.date);
+    s.bind(first + 6, c.writerNotes);
+    s.bind(first + 7, c.isPublished);
+    s.bind(first + 8, c.inPodcast);
+}
+
+PoemVersion readSummary(const SqliteStatement &s)
+{
+    PoemVersion version;
+    version.number = s.int64(0);
+    version.createdAt = QDateTime::fromMSecsSinceEpoch(s.int64(1), Qt::UTC);
+    version.reason = s.optionalText(2).value_or(QString());
+    version.name = s.optionalText(3).value_or(QString());
+    version.wordsAdded = int(s.int64(4));
+    version.wordsRemoved = int(s.int64(5));
+    return version;
+}
+
+const char *const summaryColumns = "number, created_at, reason, name, words_added, words_removed";
+
+} // namespace
+
+QStringList PoemVersionStore::schemaStatements()
+{
+    return {
+        QStringLiteral("CREATE TABLE poem_version (id INTEGER PRIMARY KEY AUTOINCREMENT, poem_pk INTEGER NOT NULL, "
+                       "number INTEGER NOT NULL, created_at INTEGER NOT NULL, reason TEXT, name TEXT, "
+                       "words_added INTEGER NOT NULL DEFAULT 0, words_removed INTEGER NOT NULL DEFAULT 0, "
+                       "content_hash BLOB, title TEXT, text TEXT, rich_text_data BLOB, rich_text_pictures TEXT, "
+                       "category TEXT, date INTEGER, writer_notes TEXT, is_published INTEGER NOT NULL DEFAULT 0, "
+                       "in_podcast INTEGER NOT NULL DEFAULT 0)"),
+        QStringLiteral("CREATE UNIQUE INDEX poem_version_number ON poem_version (poem_pk, number)"),
+        // Which pictures a version needs; a picture named here is not removed with the poem's text.
+        QStringLiteral("CREATE TABLE version_picture (version_id INTEGER NOT NULL, picture_id INTEGER NOT NULL)"),
+        QStringLiteral("CREATE INDEX version_picture_version ON version_picture (version_id)"),
+        QStringLiteral("CREATE INDEX version_picture_picture ON version_picture (picture_id)"),
+    };
+}
+
+Result<std::optional<qint64>> PoemVersionStore::record(qint64 poemKey, const QString &reason, const QString &name,
+                                                       const QDateTime &now, bool onlyWhenChanged)
+{
+    auto current = m_db.prepare(QStringLiteral("SELECT %1 FROM poem WHERE pk = ?1").arg(QLatin1String(contentColumns)));
+    if (!current)
+        return current.error();
+    current->bind(1, poemKey);
+    const auto found = current->step();
+    if (!found)
+        return found.error();
+    if (!*found)
+        return std::optional<qint64>();
+    const Content content = readContent(*current, 0);
+    const QByteArray hash = content.hash();
+
+    auto newest = m_db.prepare(
+        QStringLiteral("SELECT number, content_hash, text FROM poem_version WHERE poem_pk = ?1 ORDER BY number DESC "
+                       "LIMIT 1"));
+    if (!newest)
+        return newest.error();
+    newest->bind(1, poemKey);
+    const auto hasNewest = newest->step();
+    if (!hasNewest)
+        return hasNewest.error();
+    const qint64 number = *hasNewest ? newest->int64(0) + 1 : 1;
+    if (onlyWhenChanged && *hasNewest && newest->optionalBlob(1) == hash)
+        return std::optional<qint64>();
+    const QString previousText = *hasNewest ? newest->optionalText(2).value_or(QString()) : QString();
+    const auto [added, removed] = VerseDiff::wordCounts(previousText, content.text.value_or(QString()));
+
+    auto insert = m_db.prepare(
+        QStringLiteral(
+            "INSERT INTO poem_version (poem_pk, number, created_at, reason, name, words_added, words_removed, "
+            "content_hash, %1) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, ?17)")
+            .arg(QLatin1String(contentColumns)));
+    if (!insert)
+        return insert.error();
+    insert->bind(1, poemKey);
+    insert->bind(2, number);
+    insert->bind(3, now.toMSecsSinceEpoch());
+    insert->bind(4, std::optional<QString>(reason));
+    insert->bind(5, name.trimmed().isEmpty() ? std::nullopt : std::optional<QString>(name.trimmed()));
+    insert->bind(6, qint64(added));
+    insert->bind(7, qint64(removed));
+    insert->bind(8, std::optional<QByteArray>(hash));
+    bindContent(*insert, 9, content);
+    if (auto done = insert->run(); !done)
+        return done.error();
+    const qint64 versionId = m_db.lastInsertRowId();
+    for (const qint64 pictureId : PictureStore::pictureIds(content.pictureList)) {
+        auto link =
+            m_db.prepare(QStringLiteral("INSERT INTO version_picture (version_id, picture_id) VALUES (?1, ?2)"));
+        if (!link)
+            return link.error();
+        link->bind(1, versionId);
+        link->bind(2, pictureId);
+        if (auto done = link->run(); !done)
+            return done.error();
+    }
+    if (auto pruned = prune(poemKey, now); !pruned)
+        return pruned.error();
+    return std::optional<qint64>(number);
+}
+
+Result<bool> PoemVersionStore::hasVersions(qint64 poemKey)
+{
+    auto statement = m_db.prepare(QStringLiteral("SELECT 1 FROM poem_version WHERE poem_pk = ?1 LIMIT 1"));
+    if (!statement)
+        return statement.error();
+    statement->bind(1, poemKey);
+    return statement->step();
+}
+
+Result<void> PoemVersionStore::removeAll(qint64 poemKey)
+{
+    for (const char *sql : {"DELETE FROM version_picture WHERE version_id IN (SELECT id FROM poem_version WHERE "
+                            "poem_pk = ?1)",
+                            "DELETE FROM poem_version WHERE poem_pk = ?1"}) {
+        auto statement = m_db.prepare(QString::fromLatin1(sql));
+        if (!statement)
+            return statement.error();
+        statement->bind(1, poemKey);
+        if (auto done = statement->run(); !done)
+            return done;
+    }
+    return {};
+}
+
+Result<int> PoemVersionStore::prune(qint64 poemKey, const QDateTime &now)
+{
+    auto select = m_db.prepare(
+        QStringLiteral("SELECT id, created_at, coalesce(name, '') != '' FROM poem_version WHERE poem_pk = ?1"));
+    if (!select)
+        return select.error();
+    select->bind(1, poemKey);
+    std::vector<VersionRetention::Entry> entries;
+    for (;;) {
+        const auto row = select->step();
+        if (!row)
+            return row.error();
+        if (!*row)
+            break;
+        entries.push_back(
+            {select->int64(0), QDateTime::fromMSecsSinceEpoch(select->int64(1), Qt::UTC), select->int64(2) != 0});
+    }
+    const std::vector<qint64> expired = VersionRetention::expired(std::move(entries), now);
+    for (const qint64 id : expired) {
+        if (auto removed = removeVersion(id); !removed)
+            return removed.error();
+    }
+    if (!expired.empty()) {
+        if (auto dropped = dropUnreferencedPictures(poemKey); !dropped)
+            return dropped.error();
+    }
+    return int(expired.size());
+}
+
+Result<int> PoemVersionStore::pruneAll(const QDateTime &now)
+{
+    auto select = m_db.prepare(QStringLiteral("SELECT DISTINCT poem_pk FROM poem_version"));
+    if (!select)
+        return select.error();
+    std::vector<qint64> poems;
+    for (;;) {
+        const auto row = select->step();
+        if (!row)
+            return row.error();
+        if (!*row)
+            break;
+        poems.push_back(select->int64(0));
+    }
+    int removed = 0;
+    for (const qint64 poemKey : poems) {
+        const auto pruned = prune(poemKey, now);
+        if (!pruned)
+            return pruned.error();
+        removed += *pruned;
+    }
+    return removed;
+}
+
+Result<void> PoemVersionStore::removeVersion(qint64 versionId)
+{
+    for (const char *sql :
+         {"DELETE FROM version_picture WHERE version_id = ?1", "DELETE FROM poem_version WHERE id = ?1"}) {
+        auto statement = m_db.prepare(QString::fromLatin1(sql));
+        if (!statement)
+            return statement.error();
+        statement->bind(1, versionId);
+        if (auto done = statement->run(); !done)
+            return done;
+    }
+    return {};
+}
+
+Result<void> PoemVersionStore::dropUnreferencedPictures(qint64 poemKey)
+{
+    auto current = m_db.prepare(QStringLiteral("SELECT rich_text_pictures FROM poem WHERE pk = ?1"));
+    if (!current)
+        return current.error();
+    current->bind(1, poemKey);
+    const auto found = current->step();
+    if (!found)
+        return found.error();
+    const std::vector<qint64> inUse = PictureStore::pictureIds(*found ? current->optionalText(0) : std::nullopt);
+    QStringList kept;
+    for (const qint64 id : inUse)
+        kept.append(QString::number(id));
+    auto drop = m_db.prepare(QStringLiteral("DELETE FROM picture WHERE poem_pk = ?1 AND id NOT IN (%1) AND NOT "
+                                            "EXISTS (SELECT 1 FROM version_picture WHERE picture_id = picture.id)")
+                                 .arg(kept.isEmpty() ? QStringLiteral("0") : kept.join(QLatin1Char(','))));
+    if (!drop)
+        return drop.error();
+    drop->bind(1, poemKey);
+    return drop->run();
+}
+
+Result<std::vector<PoemVersion>> PoemVersionStore::list(qint64 poemKey)
+{
+    auto select = m_db.prepare(QStringLiteral("SELECT %1 FROM poem_version WHERE poem_pk = ?1 ORDER BY number DESC")
+                                   .arg(QLatin1String(summaryColumns)));
+    if (!select)
+        return select.error();
+    select->bind(1, poemKey);
+    std::vector<PoemVersion> versions;
+    for (;;) {
+        const auto row = select->step();
+        if (!row)
+            return row.error();
+        if (!*row)
+            return versions;
+        versions.push_back(readSummary(*select));
+    }
+}
+
+Result<std::optional<PoemVersion>> PoemVersionStore::version(qint64 poemKey, qint64 number)
+{
+    auto select = m_db.prepare(QStringLiteral("SELECT %1, %2 FROM poem_version WHERE poem_pk = ?1 AND number = ?2")
+                                   .arg(QLatin1String(summaryColumns), QLatin1String(contentColumns)));
+    if (!select)
+        return select.error();
+    select->bind(1, poemKey);
+    select->bind(2, number);
+    const auto found = select->step();
+    if (!found)
+        return found.error();
+    if (!*found)
+        return std::optional<PoemVersion>();
+    PoemVersion version = readSummary(*select);
+    const Content content = readContent(*select, 6);
+    PoemValues &values = version.values;
+    values.title = content.title;
+    values.text = content.text;
+    values.richTextData = content.richTextBody;
+    if (content.pictureList && content.richTextBody) {
+        auto joined = m_pictures.join(poemKey, *content.richTextBody, *content.pictureList);
+        if (!joined)
+            return joined.error();
+        if (!*joined)
+            return Error{tr("Die Fassung ist beschädigt: Bilder fehlen.")};
+        values.richTextData = std::move(**joined);
+    }
+    values.category = content.category;
+    if (content.date)
+        values.date = QDateTime::fromMSecsSinceEpoch(*content.date, Qt::UTC);
+    values.writerNotes = content.writerNotes;
+    values.isPublished = content.isPublished != 0;
+    values.inPodcast = content.inPodcast != 0;
+    return std::optional<PoemVersion>(std::move(version));
+}
+
+Result<qint64> PoemVersionStore::storageBytes()
+{
+    const auto texts = m_db.queryInt64(QStringLiteral(
+        "SELECT coalesce(sum(coalesce(length(CAST(title AS BLOB)), 0) + coalesce(length(CAST(text AS BLOB)), 0) + "
+        "coalesce(length(rich_text_data), 0) + coalesce(length(rich_text_pictures), 0) + "
+        "coalesce(length(CAST(category AS BLOB)), 0) + coalesce(length(CAST(writer_notes AS BLOB)), 0) + "
+        "coalesce(length(reason), 0) + coalesce(length(name), 0) + 64), 0) FROM poem_version"));
+    if (!texts)
+        return texts.error();
+    auto lists =
+        m_db.prepare(QStringLiteral("SELECT rich_text_pictures FROM poem WHERE rich_text_pictures IS NOT NULL"));
+    if (!lists)
+        return lists.error();
+    std::set<qint64> inUse;
+    for (;;) {
+        const auto row = lists->step();
+        if (!row)
+            return row.error();
+        if (!*row)
+            break;
+        for (const qint64 id : PictureStore::pictureIds(lists->optionalText(0)))
+            inUse.insert(id);
+    }
+    auto pictures = m_db.prepare(
+        QStringLiteral("SELECT id, length(bytes) FROM picture WHERE id IN (SELECT picture_id FROM version_picture)"));
+    if (!pictures)
+        return pictures.error();
+    qint64 total = *texts;
+    for (;;) {
+        const auto row = pictures->step();
+        if (!row)
+            return row.error();
+        if (!*row)
+            return total;
+        if (!inUse.count(pictures->int64(0)))
+            total += pictures->int64(1);
+    }
+}
