@@ -21,3 +21,4 @@ std::vector<CliCommand> libraryCommands();
 std::vector<CliCommand> editorCommands();
 std::vector<CliCommand> exportCommands();
 std::vector<CliCommand> analysisCommands();
+std::vector<CliCommand> versionCommands();
