@@ -1,5 +1,6 @@
 #include "archive/PoemVersionStore.h"
 
+#include "archive/ByteDelta.h"
 #include "archive/PictureStore.h"
 #include "archive/SqliteDatabase.h"
 #include "archive/SqliteStatement.h"
@@ -59,18 +60,83 @@ Content readContent(const SqliteStatement &s, int first)
                    s.optionalText(first + 6), s.int64(first + 7),        s.int64(first + 8)};
 }
 
-void bindContent(SqliteStatement &s, int first, const Content &c)
-{
-    s.bind(first, c.title);
-    s.bind(first + 1, c.text);
-    s.bind(first + 2, c.richTextBody);
-    s.bind(first + 3, c.pictureList);
-    s.bind(first + 4, c.category);
-    s.bind(first + 5, c.date);
-    s.bind(first + 6, c.writerNotes);
-    s.bind(first + 7, c.isPublished);
-    s.bind(first + 8, c.inPodcast);
-}
+// A version's content as one byte string, texts in UTF-8, so consecutive versions share
+// their words and one can be kept as the edits from the other.
+class ContentBytes {
+public:
+    static QByteArray write(const Content &c)
+    {
+        QByteArray out;
+        putText(out, c.title);
+        putText(out, c.text);
+        putBytes(out, c.richTextBody);
+        putText(out, c.pictureList);
+        putText(out, c.category);
+        putBytes(out, c.date ? std::optional<QByteArray>(QByteArray::number(*c.date)) : std::nullopt);
+        putText(out, c.writerNotes);
+        out.append(char(c.isPublished ? '1' : '0'));
+        out.append(char(c.inPodcast ? '1' : '0'));
+        return out;
+    }
+
+    static std::optional<Content> read(const QByteArray &in)
+    {
+        qsizetype at = 0;
+        Content c;
+        std::optional<QByteArray> date;
+        const bool ok = takeText(in, at, c.title) && takeText(in, at, c.text) && takeBytes(in, at, c.richTextBody) &&
+                        takeText(in, at, c.pictureList) && takeText(in, at, c.category) && takeBytes(in, at, date) &&
+                        takeText(in, at, c.writerNotes) && at + 2 == in.size();
+        if (!ok)
+            return std::nullopt;
+        if (date)
+            c.date = date->toLongLong();
+        c.isPublished = in.at(at) == '1';
+        c.inPodcast = in.at(at + 1) == '1';
+        return c;
+    }
+
+private:
+    // "-" for absent, else the length, a space, and the bytes.
+    static void putBytes(QByteArray &out, const std::optional<QByteArray> &value)
+    {
+        if (!value) {
+            out.append('-');
+            return;
+        }
+        out.append(QByteArray::number(value->size()));
+        out.append(' ');
+        out.append(*value);
+    }
+    static void putText(QByteArray &out, const std::optional<QString> &value)
+    {
+        putBytes(out, value ? std::optional<QByteArray>(value->toUtf8()) : std::nullopt);
+    }
+    static bool takeBytes(const QByteArray &in, qsizetype &at, std::optional<QByteArray> &value)
+    {
+        if (at < in.size() && in.at(at) == '-') {
+            ++at;
+            value.reset();
+            return true;
+        }
+        const qsizetype space = in.indexOf(' ', at);
+        bool ok = false;
+        const qsizetype length = space < 0 ? -1 : in.mid(at, space - at).toLongLong(&ok);
+        if (!ok || length < 0 || length > in.size() - space - 1)
+            return false;
+        value = in.mid(space + 1, length);
+        at = space + 1 + length;
+        return true;
+    }
+    static bool takeText(const QByteArray &in, qsizetype &at, std::optional<QString> &value)
+    {
+        std::optional<QByteArray> bytes;
+        if (!takeBytes(in, at, bytes))
+            return false;
+        value = bytes ? std::optional<QString>(QString::fromUtf8(*bytes)) : std::nullopt;
+        return true;
+    }
+};
 
 PoemVersion readSummary(const SqliteStatement &s)
 {
@@ -91,12 +157,12 @@ const char *const summaryColumns = "number, created_at, reason, name, words_adde
 QStringList PoemVersionStore::schemaStatements()
 {
     return {
+        // The newest version is kept whole; each older one as the edits from the version
+        // after it (base_number), with a whole one now and then so no chain grows long.
         QStringLiteral("CREATE TABLE poem_version (id INTEGER PRIMARY KEY AUTOINCREMENT, poem_pk INTEGER NOT NULL, "
                        "number INTEGER NOT NULL, created_at INTEGER NOT NULL, reason TEXT, name TEXT, "
                        "words_added INTEGER NOT NULL DEFAULT 0, words_removed INTEGER NOT NULL DEFAULT 0, "
-                       "content_hash BLOB, title TEXT, text TEXT, rich_text_data BLOB, rich_text_pictures TEXT, "
-                       "category TEXT, date INTEGER, writer_notes TEXT, is_published INTEGER NOT NULL DEFAULT 0, "
-                       "in_podcast INTEGER NOT NULL DEFAULT 0)"),
+                       "content_hash BLOB, content BLOB NOT NULL, base_number INTEGER)"),
         QStringLiteral("CREATE UNIQUE INDEX poem_version_number ON poem_version (poem_pk, number)"),
         // Which pictures a version needs; a picture named here is not removed with the poem's text.
         QStringLiteral("CREATE TABLE version_picture (version_id INTEGER NOT NULL, picture_id INTEGER NOT NULL)"),
@@ -120,26 +186,36 @@ Result<std::optional<qint64>> PoemVersionStore::record(qint64 poemKey, const QSt
     const Content content = readContent(*current, 0);
     const QByteArray hash = content.hash();
 
-    auto newest = m_db.prepare(
-        QStringLiteral("SELECT number, content_hash, text FROM poem_version WHERE poem_pk = ?1 ORDER BY number DESC "
-                       "LIMIT 1"));
+    auto newest = m_db.prepare(QStringLiteral(
+        "SELECT number, content_hash FROM poem_version WHERE poem_pk = ?1 ORDER BY number DESC LIMIT 1"));
     if (!newest)
         return newest.error();
     newest->bind(1, poemKey);
     const auto hasNewest = newest->step();
     if (!hasNewest)
         return hasNewest.error();
-    const qint64 number = *hasNewest ? newest->int64(0) + 1 : 1;
-    if (onlyWhenChanged && *hasNewest && newest->optionalBlob(1) == hash)
+    const std::optional<qint64> previous = *hasNewest ? std::optional<qint64>(newest->int64(0)) : std::nullopt;
+    if (onlyWhenChanged && previous && newest->optionalBlob(1) == hash)
         return std::optional<qint64>();
-    const QString previousText = *hasNewest ? newest->optionalText(2).value_or(QString()) : QString();
+    const qint64 number = previous.value_or(0) + 1;
+    const QByteArray bytes = ContentBytes::write(content);
+    QString previousText;
+    if (previous) {
+        const auto previousBytes = contentOf(poemKey, *previous);
+        if (!previousBytes)
+            return previousBytes.error();
+        previousText = ContentBytes::read(*previousBytes).value_or(Content{}).text.value_or(QString());
+        // The version before becomes the edits back from this one.
+        if (*previous % wholeEvery != 0) {
+            if (auto rebased = storeAgainst(poemKey, *previous, *previousBytes, number, bytes); !rebased)
+                return rebased.error();
+        }
+    }
     const auto [added, removed] = VerseDiff::wordCounts(previousText, content.text.value_or(QString()));
 
     auto insert = m_db.prepare(
-        QStringLiteral(
-            "INSERT INTO poem_version (poem_pk, number, created_at, reason, name, words_added, words_removed, "
-            "content_hash, %1) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, ?17)")
-            .arg(QLatin1String(contentColumns)));
+        QStringLiteral("INSERT INTO poem_version (poem_pk, number, created_at, reason, name, words_added, "
+                       "words_removed, content_hash, content) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)"));
     if (!insert)
         return insert.error();
     insert->bind(1, poemKey);
@@ -150,7 +226,7 @@ Result<std::optional<qint64>> PoemVersionStore::record(qint64 poemKey, const QSt
     insert->bind(6, qint64(added));
     insert->bind(7, qint64(removed));
     insert->bind(8, std::optional<QByteArray>(hash));
-    bindContent(*insert, 9, content);
+    insert->bind(9, std::optional<QByteArray>(bytes));
     if (auto done = insert->run(); !done)
         return done.error();
     const qint64 versionId = m_db.lastInsertRowId();
@@ -167,6 +243,58 @@ Result<std::optional<qint64>> PoemVersionStore::record(qint64 poemKey, const QSt
     if (auto pruned = prune(poemKey, now); !pruned)
         return pruned.error();
     return std::optional<qint64>(number);
+}
+
+Error PoemVersionStore::damaged()
+{
+    return Error{tr("Die Fassung ist beschädigt.")};
+}
+
+Result<QByteArray> PoemVersionStore::contentOf(qint64 poemKey, qint64 number)
+{
+    auto select = m_db.prepare(
+        QStringLiteral("SELECT content, base_number FROM poem_version WHERE poem_pk = ?1 AND number = ?2"));
+    if (!select)
+        return select.error();
+    std::vector<QByteArray> deltas;
+    for (qint64 at = number;;) {
+        select->reset();
+        select->bind(1, poemKey);
+        select->bind(2, at);
+        const auto found = select->step();
+        if (!found)
+            return found.error();
+        const std::optional<qint64> base = *found ? select->optionalInt64(1) : std::nullopt;
+        if (!*found || (base && *base <= at))
+            return damaged();
+        QByteArray bytes = select->optionalBlob(0).value_or(QByteArray());
+        if (!base) {
+            for (auto delta = deltas.rbegin(); delta != deltas.rend(); ++delta) {
+                auto applied = ByteDelta::apply(bytes, *delta);
+                if (!applied)
+                    return damaged();
+                bytes = std::move(*applied);
+            }
+            return bytes;
+        }
+        deltas.push_back(std::move(bytes));
+        at = *base;
+    }
+}
+
+Result<void> PoemVersionStore::storeAgainst(qint64 poemKey, qint64 number, const QByteArray &bytes,
+                                            std::optional<qint64> baseNumber, const QByteArray &baseBytes)
+{
+    const std::optional<QByteArray> delta = baseNumber ? ByteDelta::encode(baseBytes, bytes) : std::nullopt;
+    auto update = m_db.prepare(
+        QStringLiteral("UPDATE poem_version SET content = ?3, base_number = ?4 WHERE poem_pk = ?1 AND number = ?2"));
+    if (!update)
+        return update.error();
+    update->bind(1, poemKey);
+    update->bind(2, number);
+    update->bind(3, std::optional<QByteArray>(delta ? *delta : bytes));
+    update->bind(4, delta ? baseNumber : std::nullopt);
+    return update->run();
 }
 
 Result<bool> PoemVersionStore::hasVersions(qint64 poemKey)
@@ -196,7 +324,7 @@ Result<void> PoemVersionStore::removeAll(qint64 poemKey)
 Result<int> PoemVersionStore::prune(qint64 poemKey, const QDateTime &now)
 {
     auto select = m_db.prepare(
-        QStringLiteral("SELECT id, created_at, coalesce(name, '') != '' FROM poem_version WHERE poem_pk = ?1"));
+        QStringLiteral("SELECT number, created_at, coalesce(name, '') != '' FROM poem_version WHERE poem_pk = ?1"));
     if (!select)
         return select.error();
     select->bind(1, poemKey);
@@ -211,8 +339,8 @@ Result<int> PoemVersionStore::prune(qint64 poemKey, const QDateTime &now)
             {select->int64(0), QDateTime::fromMSecsSinceEpoch(select->int64(1), Qt::UTC), select->int64(2) != 0});
     }
     const std::vector<qint64> expired = VersionRetention::expired(std::move(entries), now);
-    for (const qint64 id : expired) {
-        if (auto removed = removeVersion(id); !removed)
+    for (const qint64 number : expired) {
+        if (auto removed = removeVersion(poemKey, number); !removed)
             return removed.error();
     }
     if (!expired.empty()) {
@@ -246,14 +374,63 @@ Result<int> PoemVersionStore::pruneAll(const QDateTime &now)
     return removed;
 }
 
-Result<void> PoemVersionStore::removeVersion(qint64 versionId)
+Result<void> PoemVersionStore::removeVersion(qint64 poemKey, qint64 number)
 {
-    for (const char *sql :
-         {"DELETE FROM version_picture WHERE version_id = ?1", "DELETE FROM poem_version WHERE id = ?1"}) {
+    // A version kept as the edits from this one is rewritten against the next newer one first.
+    auto dependents = m_db.prepare(
+        QStringLiteral("SELECT number, content FROM poem_version WHERE poem_pk = ?1 AND base_number = ?2"));
+    if (!dependents)
+        return dependents.error();
+    dependents->bind(1, poemKey);
+    dependents->bind(2, number);
+    std::vector<std::pair<qint64, QByteArray>> rebase;
+    for (;;) {
+        const auto row = dependents->step();
+        if (!row)
+            return row.error();
+        if (!*row)
+            break;
+        rebase.emplace_back(dependents->int64(0), dependents->optionalBlob(1).value_or(QByteArray()));
+    }
+    if (!rebase.empty()) {
+        const auto bytes = contentOf(poemKey, number);
+        if (!bytes)
+            return bytes.error();
+        auto next =
+            m_db.prepare(QStringLiteral("SELECT min(number) FROM poem_version WHERE poem_pk = ?1 AND number > ?2"));
+        if (!next)
+            return next.error();
+        next->bind(1, poemKey);
+        next->bind(2, number);
+        const auto found = next->step();
+        if (!found)
+            return found.error();
+        const std::optional<qint64> baseNumber = *found ? next->optionalInt64(0) : std::nullopt;
+        QByteArray baseBytes;
+        if (baseNumber) {
+            auto read = contentOf(poemKey, *baseNumber);
+            if (!read)
+                return read.error();
+            baseBytes = std::move(read.value());
+        }
+        for (const auto &[dependent, delta] : rebase) {
+            const auto own = ByteDelta::apply(*bytes, delta);
+            if (!own)
+                return damaged();
+            const bool whole = dependent % wholeEvery == 0;
+            if (auto stored = storeAgainst(poemKey, dependent, *own, whole ? std::nullopt : baseNumber, baseBytes);
+                !stored)
+                return stored;
+        }
+    }
+    for (const char *sql : {"DELETE FROM version_picture WHERE version_id IN (SELECT id FROM poem_version WHERE "
+                            "poem_pk = ?1 AND number = ?2)",
+                            "DELETE FROM poem_version WHERE poem_pk = ?1 AND number = ?2"}) {
         auto statement = m_db.prepare(QString::fromLatin1(sql));
         if (!statement)
             return statement.error();
-        statement->bind(1, versionId);
+        statement->bind(1, poemKey);
+        statement->bind(2, number);
         if (auto done = statement->run(); !done)
             return done;
     }
@@ -302,8 +479,8 @@ Result<std::vector<PoemVersion>> PoemVersionStore::list(qint64 poemKey)
 
 Result<std::optional<PoemVersion>> PoemVersionStore::version(qint64 poemKey, qint64 number)
 {
-    auto select = m_db.prepare(QStringLiteral("SELECT %1, %2 FROM poem_version WHERE poem_pk = ?1 AND number = ?2")
-                                   .arg(QLatin1String(summaryColumns), QLatin1String(contentColumns)));
+    auto select = m_db.prepare(QStringLiteral("SELECT %1 FROM poem_version WHERE poem_pk = ?1 AND number = ?2")
+                                   .arg(QLatin1String(summaryColumns)));
     if (!select)
         return select.error();
     select->bind(1, poemKey);
@@ -314,35 +491,38 @@ Result<std::optional<PoemVersion>> PoemVersionStore::version(qint64 poemKey, qin
     if (!*found)
         return std::optional<PoemVersion>();
     PoemVersion version = readSummary(*select);
-    const Content content = readContent(*select, 6);
+    const auto bytes = contentOf(poemKey, number);
+    if (!bytes)
+        return bytes.error();
+    const std::optional<Content> content = ContentBytes::read(*bytes);
+    if (!content)
+        return damaged();
     PoemValues &values = version.values;
-    values.title = content.title;
-    values.text = content.text;
-    values.richTextData = content.richTextBody;
-    if (content.pictureList && content.richTextBody) {
-        auto joined = m_pictures.join(poemKey, *content.richTextBody, *content.pictureList);
+    values.title = content->title;
+    values.text = content->text;
+    values.richTextData = content->richTextBody;
+    if (content->pictureList && content->richTextBody) {
+        auto joined = m_pictures.join(poemKey, *content->richTextBody, *content->pictureList);
         if (!joined)
             return joined.error();
         if (!*joined)
             return Error{tr("Die Fassung ist beschädigt: Bilder fehlen.")};
         values.richTextData = std::move(**joined);
     }
-    values.category = content.category;
-    if (content.date)
-        values.date = QDateTime::fromMSecsSinceEpoch(*content.date, Qt::UTC);
-    values.writerNotes = content.writerNotes;
-    values.isPublished = content.isPublished != 0;
-    values.inPodcast = content.inPodcast != 0;
+    values.category = content->category;
+    if (content->date)
+        values.date = QDateTime::fromMSecsSinceEpoch(*content->date, Qt::UTC);
+    values.writerNotes = content->writerNotes;
+    values.isPublished = content->isPublished != 0;
+    values.inPodcast = content->inPodcast != 0;
     return std::optional<PoemVersion>(std::move(version));
 }
 
 Result<qint64> PoemVersionStore::storageBytes()
 {
-    const auto texts = m_db.queryInt64(QStringLiteral(
-        "SELECT coalesce(sum(coalesce(length(CAST(title AS BLOB)), 0) + coalesce(length(CAST(text AS BLOB)), 0) + "
-        "coalesce(length(rich_text_data), 0) + coalesce(length(rich_text_pictures), 0) + "
-        "coalesce(length(CAST(category AS BLOB)), 0) + coalesce(length(CAST(writer_notes AS BLOB)), 0) + "
-        "coalesce(length(reason), 0) + coalesce(length(name), 0) + 64), 0) FROM poem_version"));
+    const auto texts = m_db.queryInt64(
+        QStringLiteral("SELECT coalesce(sum(length(content) + coalesce(length(CAST(reason AS BLOB)), 0) + "
+                       "coalesce(length(CAST(name AS BLOB)), 0) + 64), 0) FROM poem_version"));
     if (!texts)
         return texts.error();
     auto lists =

@@ -41,7 +41,15 @@ public:
     Result<qint64> storageBytes();
 
 private:
-    Result<void> removeVersion(qint64 versionId);
+    // Every this many numbers a version stays whole, so reading one applies few edits.
+    static constexpr qint64 wholeEvery = 16;
+
+    static Error damaged();
+    Result<QByteArray> contentOf(qint64 poemKey, qint64 number);
+    // Keeps a version as the edits from its base, or whole when that is not smaller.
+    Result<void> storeAgainst(qint64 poemKey, qint64 number, const QByteArray &bytes, std::optional<qint64> baseNumber,
+                              const QByteArray &baseBytes);
+    Result<void> removeVersion(qint64 poemKey, qint64 number);
     Result<void> dropUnreferencedPictures(qint64 poemKey);
 
     SqliteDatabase &m_db;

@@ -1,6 +1,7 @@
 #include "archive/AppPreferences.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/ArchiveContext.h"
+#include "archive/ByteDelta.h"
 #include "archive/CategoryCatalog.h"
 #include "archive/PersistenceController.h"
 #include "archive/PoemEdit.h"
@@ -211,22 +212,67 @@ private Q_SLOTS:
     void retentionRunsWithTheInjectedClock()
     {
         const PoemPtr poem = savedPoem(QStringLiteral("Tag 0"));
-        for (int day = 1; day <= 3; ++day) {
+        QMap<qint64, QString> texts{{1, QStringLiteral("Tag 0")}};
+        for (int day = 1; day <= 6; ++day) {
             for (int hour = 0; hour < 3; ++hour) {
                 m_now = start.addDays(day).addSecs(3600 * hour);
-                edit(poem, QStringLiteral("Tag %1 Stunde %2").arg(day).arg(hour));
+                const QString text =
+                    QStringLiteral("Tag %1 Stunde %2, und eine lange Zeile, die bleibt").arg(day).arg(hour);
+                edit(poem, text);
                 QVERIFY(PoemVersions::recordSessionEnd(context(), *poem));
+                texts.insert(versionsOf(poem).front().number, text);
             }
         }
         QVERIFY(PoemVersions::saveByHand(context(), *poem, QStringLiteral("Erstfassung")));
-        QCOMPARE(versionsOf(poem).size(), size_t(11)); // the first state, nine sessions, the named one
+        texts.insert(20, texts.value(19));
+        QCOMPARE(versionsOf(poem).size(), size_t(20)); // the first state, 18 sessions, the named one
         m_now = start.addDays(60);
         const auto pruned = PoemVersions::pruneAll(context());
         QVERIFY(pruned);
-        QCOMPARE(*pruned, 7);
+        QCOMPARE(*pruned, 13); // two of three on each of the six days, and the first state of day one
         const QStringList kept = labels(versionsOf(poem));
-        QCOMPARE(kept.size(), 4);
-        QVERIFY(kept.contains(QStringLiteral("11 Erstfassung")));
+        QCOMPARE(kept, QStringList({"20 Erstfassung", "19 Bearbeitung", "16 Bearbeitung", "13 Bearbeitung",
+                                    "10 Bearbeitung", "7 Bearbeitung", "4 Bearbeitung"}));
+        // Versions kept as edits of their neighbours still read back exactly.
+        for (const PoemVersion &version : versionsOf(poem)) {
+            const auto read = PoemVersions::version(context(), *poem, version.number);
+            QVERIFY2(read, qPrintable(read.errorMessage()));
+            QCOMPARE(read->values.text, texts.value(version.number));
+        }
+    }
+
+    void byteDeltasGiveBackTheTarget_data()
+    {
+        QTest::addColumn<QByteArray>("base");
+        QTest::addColumn<QByteArray>("target");
+        QTest::addColumn<int>("maxBytes"); // -1: kept whole
+        QByteArray poem;
+        for (int line = 0; line < 60; ++line)
+            poem += "Zeile " + QByteArray::number(line) + " mit Wind und Wolken\\par\n";
+        QByteArray changed = poem;
+        changed.replace("Zeile 17 mit Wind", "Zeile 17 mit Regen");
+        changed.replace("Zeile 40 mit", "Zeile vierzig ohne");
+        QTest::newRow("a few words of a long poem") << poem << changed << 40;
+        QTest::newRow("unchanged") << poem << poem << 8;
+        QTest::newRow("last word without a break") << QByteArray("eins zwei drei") << QByteArray("eins zwei vier") << 8;
+        QTest::newRow("from nothing") << QByteArray() << QByteArray("neu") << -1;
+        QTest::newRow("to nothing") << poem << QByteArray() << -1;
+        QTest::newRow("bytes of every kind")
+            << QByteArray("\x00\xff \n\x80 x", 8) << QByteArray("\x00\xff \n\x81 x", 8) << -1;
+    }
+
+    void byteDeltasGiveBackTheTarget()
+    {
+        QFETCH(QByteArray, base);
+        QFETCH(QByteArray, target);
+        QFETCH(int, maxBytes);
+        const auto delta = ByteDelta::encode(base, target);
+        QCOMPARE(delta.has_value(), maxBytes >= 0);
+        if (!delta)
+            return;
+        QVERIFY2(delta->size() <= maxBytes, qPrintable(QString::number(delta->size())));
+        QCOMPARE(ByteDelta::apply(base, *delta), std::optional<QByteArray>(target));
+        QCOMPARE(ByteDelta::apply("mehr " + base, *delta), std::nullopt); // not the base it was made from
     }
 
     void sessionEndKeepsOnlyWhatChanged()
