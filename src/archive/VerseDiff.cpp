@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 #include <dtl/dtl.hpp>
 
 namespace {
@@ -109,6 +111,7 @@ void VerseDiff::addHunk(const std::vector<QString> &removedLines, const std::vec
         }
         return;
     }
+    const size_t firstLine = m_lines.size();
     Line *line = &openLine();
     line->changed = true;
     for (const auto &[token, info] : editScript(tokensOf(removedLines), tokensOf(addedLines))) {
@@ -128,6 +131,15 @@ void VerseDiff::addHunk(const std::vector<QString> &removedLines, const std::vec
             ++m_wordsRemoved;
         } else {
             line->words.push_back({token, Change::kept});
+        }
+    }
+    // Read as "instead of this, that": in each run of changed words the deleted ones come first.
+    for (size_t i = firstLine; i < m_lines.size(); ++i) {
+        auto &words = m_lines[i].words;
+        for (auto run = words.begin(); run != words.end();) {
+            const auto end = std::find_if(run, words.end(), [](const Word &w) { return w.change == Change::kept; });
+            std::stable_partition(run, end, [](const Word &w) { return w.change == Change::removed; });
+            run = end == words.end() ? end : end + 1;
         }
     }
 }

@@ -131,6 +131,10 @@ private Q_SLOTS:
         QTest::newRow("changed rhyme word") << "Der Mond scheint hell\nich gehe schnell"
                                             << "Der Mond scheint klar\nich gehe schnell"
                                             << "Der Mond scheint [-hell-] {+klar+}\nich gehe schnell" << 1 << 1;
+        QTest::newRow("deleted before inserted") << "Der Abend sinkt auf stille Felder,"
+                                                 << "Der Abend senkt sich auf die Felder,"
+                                                 << "Der Abend [-sinkt-] {+senkt+} {+sich+} auf [-stille-] {+die+} Felder,"
+                                                 << 3 << 2;
         QTest::newRow("moved line") << "Erst eins\nDann zwei\nZuletzt drei"
                                     << "Dann zwei\nZuletzt drei\nErst eins"
                                     << "[-Erst-] [-eins-]\nDann zwei\nZuletzt drei\n{+Erst+} {+eins+}" << 2 << 2;
