@@ -150,6 +150,19 @@ PoemVersion readSummary(const SqliteStatement &s)
     return version;
 }
 
+// Calls read for every row the statement yields.
+template <typename Read> Result<void> eachRow(SqliteStatement &statement, Read read)
+{
+    for (;;) {
+        const auto row = statement.step();
+        if (!row)
+            return row.error();
+        if (!*row)
+            return {};
+        read(statement);
+    }
+}
+
 const char *const summaryColumns = "number, created_at, reason, name, words_added, words_removed";
 
 } // namespace
@@ -157,8 +170,8 @@ const char *const summaryColumns = "number, created_at, reason, name, words_adde
 QStringList PoemVersionStore::schemaStatements()
 {
     return {
-        // The newest version is kept whole; each older one as the edits from the version
-        // after it (base_number), with a whole one now and then so no chain grows long.
+        // A version is kept as the edits from the one before it (base_number), every so often
+        // whole, so no chain grows long; a row, once written, keeps its size and its page.
         QStringLiteral("CREATE TABLE poem_version (id INTEGER PRIMARY KEY AUTOINCREMENT, poem_pk INTEGER NOT NULL, "
                        "number INTEGER NOT NULL, created_at INTEGER NOT NULL, reason TEXT, name TEXT, "
                        "words_added INTEGER NOT NULL DEFAULT 0, words_removed INTEGER NOT NULL DEFAULT 0, "
@@ -200,22 +213,22 @@ Result<std::optional<qint64>> PoemVersionStore::record(qint64 poemKey, const QSt
     const qint64 number = previous.value_or(0) + 1;
     const QByteArray bytes = ContentBytes::write(content);
     QString previousText;
+    QByteArray previousContent;
     if (previous) {
         const auto previousBytes = contentOf(poemKey, *previous);
         if (!previousBytes)
             return previousBytes.error();
         previousText = ContentBytes::read(*previousBytes).value_or(Content{}).text.value_or(QString());
-        // The version before becomes the edits back from this one.
-        if (*previous % wholeEvery != 0) {
-            if (auto rebased = storeAgainst(poemKey, *previous, *previousBytes, number, bytes); !rebased)
-                return rebased.error();
-        }
+        previousContent = *previousBytes;
     }
+    const auto [stored, base] =
+        packed(bytes, previous && number % wholeEvery != 0 ? previous : std::nullopt, previousContent);
     const auto [added, removed] = VerseDiff::wordCounts(previousText, content.text.value_or(QString()));
 
     auto insert = m_db.prepare(
         QStringLiteral("INSERT INTO poem_version (poem_pk, number, created_at, reason, name, words_added, "
-                       "words_removed, content_hash, content) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)"));
+                       "words_removed, content_hash, content, base_number) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, "
+                       "?9, ?10)"));
     if (!insert)
         return insert.error();
     insert->bind(1, poemKey);
@@ -226,7 +239,8 @@ Result<std::optional<qint64>> PoemVersionStore::record(qint64 poemKey, const QSt
     insert->bind(6, qint64(added));
     insert->bind(7, qint64(removed));
     insert->bind(8, std::optional<QByteArray>(hash));
-    insert->bind(9, std::optional<QByteArray>(bytes));
+    insert->bind(9, std::optional<QByteArray>(stored));
+    insert->bind(10, base);
     if (auto done = insert->run(); !done)
         return done.error();
     const qint64 versionId = m_db.lastInsertRowId();
@@ -265,9 +279,12 @@ Result<QByteArray> PoemVersionStore::contentOf(qint64 poemKey, qint64 number)
         if (!found)
             return found.error();
         const std::optional<qint64> base = *found ? select->optionalInt64(1) : std::nullopt;
-        if (!*found || (base && *base <= at))
+        if (!*found || (base && *base >= at))
             return damaged();
-        QByteArray bytes = select->optionalBlob(0).value_or(QByteArray());
+        auto unpackedBytes = unpacked(select->optionalBlob(0).value_or(QByteArray()));
+        if (!unpackedBytes)
+            return damaged();
+        QByteArray bytes = std::move(*unpackedBytes);
         if (!base) {
             for (auto delta = deltas.rbegin(); delta != deltas.rend(); ++delta) {
                 auto applied = ByteDelta::apply(bytes, *delta);
@@ -282,18 +299,42 @@ Result<QByteArray> PoemVersionStore::contentOf(qint64 poemKey, qint64 number)
     }
 }
 
+std::pair<QByteArray, std::optional<qint64>>
+PoemVersionStore::packed(const QByteArray &bytes, std::optional<qint64> baseNumber, const QByteArray &baseBytes)
+{
+    const std::optional<QByteArray> delta = baseNumber ? ByteDelta::encode(baseBytes, bytes) : std::nullopt;
+    const QByteArray &payload = delta ? *delta : bytes;
+    // The first byte says how the rest is kept: 'z' squeezed by zlib, 'r' as it is.
+    const QByteArray squeezed = qCompress(payload, 9);
+    const QByteArray stored = squeezed.size() < payload.size() ? QByteArray("z") + squeezed : QByteArray("r") + payload;
+    return {stored, delta ? baseNumber : std::nullopt};
+}
+
+std::optional<QByteArray> PoemVersionStore::unpacked(const QByteArray &stored)
+{
+    if (stored.startsWith('r'))
+        return stored.mid(1);
+    if (!stored.startsWith('z'))
+        return std::nullopt;
+    QByteArray bytes = qUncompress(stored.mid(1));
+    // qUncompress answers an empty array for damaged input as for an empty one.
+    if (bytes.isEmpty() && stored.size() > 1 + 4 + 8)
+        return std::nullopt;
+    return bytes;
+}
+
 Result<void> PoemVersionStore::storeAgainst(qint64 poemKey, qint64 number, const QByteArray &bytes,
                                             std::optional<qint64> baseNumber, const QByteArray &baseBytes)
 {
-    const std::optional<QByteArray> delta = baseNumber ? ByteDelta::encode(baseBytes, bytes) : std::nullopt;
+    const auto [stored, base] = packed(bytes, baseNumber, baseBytes);
     auto update = m_db.prepare(
         QStringLiteral("UPDATE poem_version SET content = ?3, base_number = ?4 WHERE poem_pk = ?1 AND number = ?2"));
     if (!update)
         return update.error();
     update->bind(1, poemKey);
     update->bind(2, number);
-    update->bind(3, std::optional<QByteArray>(delta ? *delta : bytes));
-    update->bind(4, delta ? baseNumber : std::nullopt);
+    update->bind(3, std::optional<QByteArray>(stored));
+    update->bind(4, base);
     return update->run();
 }
 
@@ -329,15 +370,13 @@ Result<int> PoemVersionStore::prune(qint64 poemKey, const QDateTime &now)
         return select.error();
     select->bind(1, poemKey);
     std::vector<VersionRetention::Entry> entries;
-    for (;;) {
-        const auto row = select->step();
-        if (!row)
-            return row.error();
-        if (!*row)
-            break;
-        entries.push_back(
-            {select->int64(0), QDateTime::fromMSecsSinceEpoch(select->int64(1), Qt::UTC), select->int64(2) != 0});
-    }
+    if (auto read = eachRow(*select,
+                            [&entries](const SqliteStatement &row) {
+                                entries.push_back({row.int64(0), QDateTime::fromMSecsSinceEpoch(row.int64(1), Qt::UTC),
+                                                   row.int64(2) != 0});
+                            });
+        !read)
+        return read.error();
     const std::vector<qint64> expired = VersionRetention::expired(std::move(entries), now);
     for (const qint64 number : expired) {
         if (auto removed = removeVersion(poemKey, number); !removed)
@@ -356,14 +395,8 @@ Result<int> PoemVersionStore::pruneAll(const QDateTime &now)
     if (!select)
         return select.error();
     std::vector<qint64> poems;
-    for (;;) {
-        const auto row = select->step();
-        if (!row)
-            return row.error();
-        if (!*row)
-            break;
-        poems.push_back(select->int64(0));
-    }
+    if (auto read = eachRow(*select, [&poems](const SqliteStatement &row) { poems.push_back(row.int64(0)); }); !read)
+        return read.error();
     int removed = 0;
     for (const qint64 poemKey : poems) {
         const auto pruned = prune(poemKey, now);
@@ -376,7 +409,7 @@ Result<int> PoemVersionStore::pruneAll(const QDateTime &now)
 
 Result<void> PoemVersionStore::removeVersion(qint64 poemKey, qint64 number)
 {
-    // A version kept as the edits from this one is rewritten against the next newer one first.
+    // A version kept as the edits from this one is rewritten against the next older one first.
     auto dependents = m_db.prepare(
         QStringLiteral("SELECT number, content FROM poem_version WHERE poem_pk = ?1 AND base_number = ?2"));
     if (!dependents)
@@ -384,20 +417,18 @@ Result<void> PoemVersionStore::removeVersion(qint64 poemKey, qint64 number)
     dependents->bind(1, poemKey);
     dependents->bind(2, number);
     std::vector<std::pair<qint64, QByteArray>> rebase;
-    for (;;) {
-        const auto row = dependents->step();
-        if (!row)
-            return row.error();
-        if (!*row)
-            break;
-        rebase.emplace_back(dependents->int64(0), dependents->optionalBlob(1).value_or(QByteArray()));
-    }
+    if (auto read = eachRow(*dependents,
+                            [&rebase](const SqliteStatement &row) {
+                                rebase.emplace_back(row.int64(0), row.optionalBlob(1).value_or(QByteArray()));
+                            });
+        !read)
+        return read.error();
     if (!rebase.empty()) {
         const auto bytes = contentOf(poemKey, number);
         if (!bytes)
             return bytes.error();
         auto next =
-            m_db.prepare(QStringLiteral("SELECT min(number) FROM poem_version WHERE poem_pk = ?1 AND number > ?2"));
+            m_db.prepare(QStringLiteral("SELECT max(number) FROM poem_version WHERE poem_pk = ?1 AND number < ?2"));
         if (!next)
             return next.error();
         next->bind(1, poemKey);
@@ -413,8 +444,9 @@ Result<void> PoemVersionStore::removeVersion(qint64 poemKey, qint64 number)
                 return read.error();
             baseBytes = std::move(read.value());
         }
-        for (const auto &[dependent, delta] : rebase) {
-            const auto own = ByteDelta::apply(*bytes, delta);
+        for (const auto &[dependent, stored] : rebase) {
+            const auto delta = unpacked(stored);
+            const auto own = delta ? ByteDelta::apply(*bytes, *delta) : std::nullopt;
             if (!own)
                 return damaged();
             const bool whole = dependent % wholeEvery == 0;
@@ -467,14 +499,10 @@ Result<std::vector<PoemVersion>> PoemVersionStore::list(qint64 poemKey)
         return select.error();
     select->bind(1, poemKey);
     std::vector<PoemVersion> versions;
-    for (;;) {
-        const auto row = select->step();
-        if (!row)
-            return row.error();
-        if (!*row)
-            return versions;
-        versions.push_back(readSummary(*select));
-    }
+    if (auto read = eachRow(*select, [&versions](const SqliteStatement &row) { versions.push_back(readSummary(row)); });
+        !read)
+        return read.error();
+    return versions;
 }
 
 Result<std::optional<PoemVersion>> PoemVersionStore::version(qint64 poemKey, qint64 number)
@@ -530,27 +558,24 @@ Result<qint64> PoemVersionStore::storageBytes()
     if (!lists)
         return lists.error();
     std::set<qint64> inUse;
-    for (;;) {
-        const auto row = lists->step();
-        if (!row)
-            return row.error();
-        if (!*row)
-            break;
-        for (const qint64 id : PictureStore::pictureIds(lists->optionalText(0)))
-            inUse.insert(id);
-    }
+    if (auto read = eachRow(*lists,
+                            [&inUse](const SqliteStatement &row) {
+                                for (const qint64 id : PictureStore::pictureIds(row.optionalText(0)))
+                                    inUse.insert(id);
+                            });
+        !read)
+        return read.error();
     auto pictures = m_db.prepare(
         QStringLiteral("SELECT id, length(bytes) FROM picture WHERE id IN (SELECT picture_id FROM version_picture)"));
     if (!pictures)
         return pictures.error();
     qint64 total = *texts;
-    for (;;) {
-        const auto row = pictures->step();
-        if (!row)
-            return row.error();
-        if (!*row)
-            return total;
-        if (!inUse.count(pictures->int64(0)))
-            total += pictures->int64(1);
-    }
+    if (auto read = eachRow(*pictures,
+                            [&](const SqliteStatement &row) {
+                                if (!inUse.count(row.int64(0)))
+                                    total += row.int64(1);
+                            });
+        !read)
+        return read.error();
+    return total;
 }

@@ -42,10 +42,15 @@ public:
 
 private:
     // Every this many numbers a version stays whole, so reading one applies few edits.
-    static constexpr qint64 wholeEvery = 16;
+    static constexpr qint64 wholeEvery = 32;
 
     static Error damaged();
     Result<QByteArray> contentOf(qint64 poemKey, qint64 number);
+    // The stored form of a version's content: the edits from its base when that is smaller,
+    // squeezed when that is smaller; and the base it now leans on.
+    static std::pair<QByteArray, std::optional<qint64>>
+    packed(const QByteArray &bytes, std::optional<qint64> baseNumber, const QByteArray &baseBytes);
+    static std::optional<QByteArray> unpacked(const QByteArray &stored);
     // Keeps a version as the edits from its base, or whole when that is not smaller.
     Result<void> storeAgainst(qint64 poemKey, qint64 number, const QByteArray &bytes, std::optional<qint64> baseNumber,
                               const QByteArray &baseBytes);

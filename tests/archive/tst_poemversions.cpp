@@ -1,3 +1,5 @@
+#include "StoreFaults.h"
+
 #include "archive/AppPreferences.h"
 #include "archive/ApplicationSupport.h"
 #include "archive/ArchiveContext.h"
@@ -24,8 +26,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sqlite3.h>
-
 #include <functional>
 
 namespace {
@@ -45,19 +45,6 @@ QByteArray rtfWithPhoto(const QByteArray &picture, const QByteArray &verse)
 {
     return "{\\rtf1\\ansi " + verse + "\\par {\\pict\\jpegblip\\bin" + QByteArray::number(picture.size()) + ' ' +
            picture + "}\\par Ende}";
-}
-
-qint64 countOnStore(const QString &path, const char *sql)
-{
-    sqlite3 *db = nullptr;
-    sqlite3_stmt *statement = nullptr;
-    qint64 value = -1;
-    if (sqlite3_open(path.toUtf8().constData(), &db) == SQLITE_OK &&
-        sqlite3_prepare_v2(db, sql, -1, &statement, nullptr) == SQLITE_OK && sqlite3_step(statement) == SQLITE_ROW)
-        value = sqlite3_column_int64(statement, 0);
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    return value;
 }
 
 QStringList labels(const std::vector<PoemVersion> &versions)
@@ -131,10 +118,10 @@ private Q_SLOTS:
         QTest::newRow("changed rhyme word") << "Der Mond scheint hell\nich gehe schnell"
                                             << "Der Mond scheint klar\nich gehe schnell"
                                             << "Der Mond scheint [-hell-] {+klar+}\nich gehe schnell" << 1 << 1;
-        QTest::newRow("deleted before inserted") << "Der Abend sinkt auf stille Felder,"
-                                                 << "Der Abend senkt sich auf die Felder,"
-                                                 << "Der Abend [-sinkt-] {+senkt+} {+sich+} auf [-stille-] {+die+} Felder,"
-                                                 << 3 << 2;
+        QTest::newRow("deleted before inserted")
+            << "Der Abend sinkt auf stille Felder,"
+            << "Der Abend senkt sich auf die Felder,"
+            << "Der Abend [-sinkt-] {+senkt+} {+sich+} auf [-stille-] {+die+} Felder," << 3 << 2;
         QTest::newRow("moved line") << "Erst eins\nDann zwei\nZuletzt drei"
                                     << "Dann zwei\nZuletzt drei\nErst eins"
                                     << "[-Erst-] [-eins-]\nDann zwei\nZuletzt drei\n{+Erst+} {+eins+}" << 2 << 2;
@@ -409,17 +396,17 @@ private Q_SLOTS:
                 p.setRichTextData(QByteArray("{\\rtf1\\ansi Ohne Bild}"));
             },
             m_now));
-        QCOMPARE(countOnStore(path, "SELECT count(*) FROM picture"), 1); // the first version still shows it
+        QCOMPARE(queryOnStore(path, "SELECT count(*) FROM picture"), 1); // the first version still shows it
         QVERIFY(PoemVersions::restore(context(), *poem, 1));
         QCOMPARE(poem->richTextData(), rtfWithPhoto(picture, "Mit Bild"));
-        QCOMPARE(countOnStore(path, "SELECT count(*) FROM picture"), 1); // referenced again, not copied
+        QCOMPARE(queryOnStore(path, "SELECT count(*) FROM picture"), 1); // referenced again, not copied
 
         QVERIFY(PoemEdit::apply(
             context(), *poem, [this](Poem &p) { p.setDeletedAt(m_now); }, m_now));
         QVERIFY(Trash(context()).deletePermanently(poem));
-        QCOMPARE(countOnStore(path, "SELECT count(*) FROM poem_version"), 0);
-        QCOMPARE(countOnStore(path, "SELECT count(*) FROM version_picture"), 0);
-        QCOMPARE(countOnStore(path, "SELECT count(*) FROM picture"), 0);
+        QCOMPARE(queryOnStore(path, "SELECT count(*) FROM poem_version"), 0);
+        QCOMPARE(queryOnStore(path, "SELECT count(*) FROM version_picture"), 0);
+        QCOMPARE(queryOnStore(path, "SELECT count(*) FROM picture"), 0);
     }
 
     void twoWritersAppendWithoutLosingAVersion()
