@@ -35,9 +35,9 @@ void EditingSession::end()
 
 void EditingSession::archiveChanged()
 {
-    // Every edit is saved at once, so a change of the archive is the sign of typing; a
-    // restarted timer costs nothing on the keystroke.
-    if (m_poem && m_poem->values() != m_atStart)
+    // Every edit is saved at once, so a change of the archive is the sign of typing. Only the
+    // timer restarts here, nothing is compared: a keystroke costs no more than it did.
+    if (m_poem)
         m_idle.start();
 }
 
