@@ -347,19 +347,24 @@ Result<bool> PoemVersionStore::hasVersions(qint64 poemKey)
     return statement->step();
 }
 
-Result<void> PoemVersionStore::removeAll(qint64 poemKey)
+Result<void> PoemVersionStore::deleteWhere(const char *condition, qint64 poemKey, qint64 number)
 {
-    for (const char *sql : {"DELETE FROM version_picture WHERE version_id IN (SELECT id FROM poem_version WHERE "
-                            "poem_pk = ?1)",
-                            "DELETE FROM poem_version WHERE poem_pk = ?1"}) {
-        auto statement = m_db.prepare(QString::fromLatin1(sql));
+    for (const char *sql : {"DELETE FROM version_picture WHERE version_id IN (SELECT id FROM poem_version WHERE %1)",
+                            "DELETE FROM poem_version WHERE %1"}) {
+        auto statement = m_db.prepare(QString::fromLatin1(sql).arg(QLatin1String(condition)));
         if (!statement)
             return statement.error();
         statement->bind(1, poemKey);
+        statement->bind(2, number); // ignored by a condition without ?2
         if (auto done = statement->run(); !done)
             return done;
     }
     return {};
+}
+
+Result<void> PoemVersionStore::removeAll(qint64 poemKey)
+{
+    return deleteWhere("poem_pk = ?1", poemKey, 0);
 }
 
 Result<int> PoemVersionStore::prune(qint64 poemKey, const QDateTime &now)
@@ -455,18 +460,7 @@ Result<void> PoemVersionStore::removeVersion(qint64 poemKey, qint64 number)
                 return stored;
         }
     }
-    for (const char *sql : {"DELETE FROM version_picture WHERE version_id IN (SELECT id FROM poem_version WHERE "
-                            "poem_pk = ?1 AND number = ?2)",
-                            "DELETE FROM poem_version WHERE poem_pk = ?1 AND number = ?2"}) {
-        auto statement = m_db.prepare(QString::fromLatin1(sql));
-        if (!statement)
-            return statement.error();
-        statement->bind(1, poemKey);
-        statement->bind(2, number);
-        if (auto done = statement->run(); !done)
-            return done;
-    }
-    return {};
+    return deleteWhere("poem_pk = ?1 AND number = ?2", poemKey, number);
 }
 
 Result<void> PoemVersionStore::dropUnreferencedPictures(qint64 poemKey)

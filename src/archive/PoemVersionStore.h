@@ -55,6 +55,8 @@ private:
     Result<void> storeAgainst(qint64 poemKey, qint64 number, const QByteArray &bytes, std::optional<qint64> baseNumber,
                               const QByteArray &baseBytes);
     Result<void> removeVersion(qint64 poemKey, qint64 number);
+    // The versions the condition names (?1 the poem, ?2 the number), with their picture links.
+    Result<void> deleteWhere(const char *condition, qint64 poemKey, qint64 number);
     Result<void> dropUnreferencedPictures(qint64 poemKey);
 
     SqliteDatabase &m_db;
