@@ -60,6 +60,10 @@
         <source>„%1“ wurde in einem anderen Programm geändert und deshalb nicht endgültig gelöscht. Beim nächsten Löschen geht diese Änderung verloren.</source>
         <translation>“%1” was changed in another program and was therefore not deleted permanently. Deleting it again discards that change.</translation>
     </message>
+    <message>
+        <source>vor Bearbeitung</source>
+        <translation>before editing</translation>
+    </message>
 </context>
 <context>
     <name>ArchiveOperations</name>
@@ -110,6 +114,10 @@
         <source>Der Dateiname ist zu lang</source>
         <translation>The file name is too long</translation>
     </message>
+    <message>
+        <source>Die Datei „%1“ ist eine Verknüpfung eines anderen Benutzers in einem gemeinsam genutzten Ordner und wird nicht überschrieben.</source>
+        <translation>The file “%1” is another user’s link in a shared folder and is not overwritten.</translation>
+    </message>
 </context>
 <context>
     <name>BackupActions</name>
@@ -158,6 +166,10 @@
     <message>
         <source>Die Datei „%1“ konnte nicht geschrieben werden: %2</source>
         <translation>The file “%1” could not be written: %2</translation>
+    </message>
+    <message>
+        <source>Das Sicherheitsbackup konnte nicht angelegt werden: Ab „%1“ sind alle Namen vergeben.</source>
+        <translation>The safety backup could not be created: every name from “%1” on is taken.</translation>
     </message>
 </context>
 <context>
@@ -427,6 +439,14 @@
         <source>CSV-Auswahl abgebrochen.</source>
         <translation>CSV selection cancelled.</translation>
     </message>
+    <message>
+        <source>vor CSV-Import</source>
+        <translation>before CSV import</translation>
+    </message>
+    <message>
+        <source>Die Kategorien der Tabelle wurden nicht in die Liste übernommen: %1</source>
+        <translation>The spreadsheet’s categories were not added to the list: %1</translation>
+    </message>
 </context>
 <context>
     <name>CSVTextDecoder</name>
@@ -441,6 +461,17 @@
     <message>
         <source>kein UTF-16, UTF-8 ungültig ab Byte %1 (0x%2)</source>
         <translation>not UTF-16, UTF-8 invalid from byte %1 (0x%2)</translation>
+    </message>
+</context>
+<context>
+    <name>CategoryCatalog</name>
+    <message>
+        <source>vor Entfernen der Kategorie</source>
+        <translation>before removing the category</translation>
+    </message>
+    <message>
+        <source>vor Umbenennen der Kategorie</source>
+        <translation>before renaming the category</translation>
     </message>
 </context>
 <context>
@@ -499,6 +530,10 @@
     <message>
         <source>Datei nicht im Ordner gefunden: %1</source>
         <translation>File not found in the folder: %1</translation>
+    </message>
+    <message>
+        <source>Die Ausgabe konnte nicht geschrieben werden: %1</source>
+        <translation>The output could not be written: %1</translation>
     </message>
 </context>
 <context>
@@ -981,6 +1016,13 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>ImportApplier</name>
+    <message>
+        <source>vor Textimport</source>
+        <translation>before text import</translation>
+    </message>
+</context>
+<context>
     <name>ImportProposalTableModel</name>
     <message>
         <source>— keine Zuordnung —</source>
@@ -1357,6 +1399,22 @@ Qt %4</translation>
         <source>Importbericht konnte nicht geschrieben werden: %1</source>
         <translation>The import report could not be written: %1</translation>
     </message>
+    <message>
+        <source>Nicht lesbar: Der Dateiname ist kein gültiges UTF-8</source>
+        <translation>Not readable: the file name is not valid UTF-8</translation>
+    </message>
+    <message>
+        <source>Achtung: 1 Datei wurde nicht gespeichert (%1).</source>
+        <translation>Warning: 1 file was not saved (%1).</translation>
+    </message>
+    <message>
+        <source>Achtung: %1 Dateien wurden nicht gespeichert (%2).</source>
+        <translation>Warning: %1 files were not saved (%2).</translation>
+    </message>
+    <message>
+        <source>vor Bildimport</source>
+        <translation>before image import</translation>
+    </message>
 </context>
 <context>
     <name>ImportStateFiles</name>
@@ -1386,6 +1444,10 @@ Qt %4</translation>
     <message>
         <source>Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt.</source>
         <translation>Last import undone: 1 poem restored.</translation>
+    </message>
+    <message>
+        <source>vor Import rückgängig</source>
+        <translation>before undoing the import</translation>
     </message>
 </context>
 <context>
@@ -1872,6 +1934,14 @@ Qt %4</translation>
     <message>
         <source>Den Text dieses Gedichts aus einer DOCX-, PDF- oder Textdatei übernehmen</source>
         <translation>Take this poem’s text from a DOCX, PDF or text file</translation>
+    </message>
+    <message>
+        <source>Fassungen</source>
+        <translation>Versions</translation>
+    </message>
+    <message>
+        <source>Frühere Fassungen dieses Gedichts vergleichen und zurückholen</source>
+        <translation>Compare and bring back earlier versions of this poem</translation>
     </message>
 </context>
 <context>
@@ -2431,6 +2501,122 @@ kept unchanged</translation>
     </message>
 </context>
 <context>
+    <name>PoemVersionStore</name>
+    <message>
+        <source>Die Fassung ist beschädigt.</source>
+        <translation>The version is damaged.</translation>
+    </message>
+    <message>
+        <source>Die Fassung ist beschädigt: Bilder fehlen.</source>
+        <translation>The version is damaged: pictures are missing.</translation>
+    </message>
+</context>
+<context>
+    <name>PoemVersions</name>
+    <message>
+        <source>Das Gedicht ist noch nicht gespeichert.</source>
+        <translation>The poem has not been saved yet.</translation>
+    </message>
+    <message>
+        <source>Bearbeitung</source>
+        <translation>Editing</translation>
+    </message>
+    <message>
+        <source>von Hand gesichert</source>
+        <translation>saved by hand</translation>
+    </message>
+    <message>
+        <source>Fassung %1 gibt es nicht.</source>
+        <translation>There is no version %1.</translation>
+    </message>
+    <message>
+        <source>vor Wiederherstellung von Fassung %1</source>
+        <translation>before restoring version %1</translation>
+    </message>
+    <message>
+        <source>Fassung gesichert.</source>
+        <translation>Version saved.</translation>
+    </message>
+    <message>
+        <source>Fassung wiederhergestellt.</source>
+        <translation>Version restored.</translation>
+    </message>
+</context>
+<context>
+    <name>PoemVersionsPanel</name>
+    <message>
+        <source>Keine Änderungen gegenüber jetzt.</source>
+        <translation>No changes compared with now.</translation>
+    </message>
+    <message numerus="yes">
+        <source>… %n unveränderte Strophen</source>
+        <translation>
+            <numerusform>… %n unchanged stanza</numerusform>
+            <numerusform>… %n unchanged stanzas</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>+%1 / −%2 Wörter</source>
+        <translation>+%1 / −%2 words</translation>
+    </message>
+    <message>
+        <source>Fassung konnte nicht gesichert werden: %1</source>
+        <translation>Version could not be saved: %1</translation>
+    </message>
+    <message>
+        <source>Fassungen</source>
+        <translation>Versions</translation>
+    </message>
+    <message>
+        <source>Schließen (Esc)</source>
+        <translation>Close (Esc)</translation>
+    </message>
+    <message>
+        <source>Noch keine Fassungen. Eine Fassung entsteht, wenn du ein anderes Gedicht wählst, zehn Minuten nicht schreibst oder „Fassung sichern…“ wählst.</source>
+        <translation>No versions yet. A version is kept when you choose another poem, stop writing for ten minutes or choose “Save Version…”.</translation>
+    </message>
+    <message>
+        <source>Vergleich mit jetzt</source>
+        <translation>Compare with Now</translation>
+    </message>
+    <message>
+        <source>Fassung</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Vergleich</source>
+        <translation>Comparison</translation>
+    </message>
+    <message>
+        <source>Diese Fassung wiederherstellen</source>
+        <translation>Restore This Version</translation>
+    </message>
+    <message>
+        <source>Als neues Gedicht</source>
+        <translation>As New Poem</translation>
+    </message>
+    <message>
+        <source>Fassung sichern…</source>
+        <translation>Save Version…</translation>
+    </message>
+    <message>
+        <source>Fassung konnte nicht wiederhergestellt werden: %1</source>
+        <translation>Version could not be restored: %1</translation>
+    </message>
+    <message>
+        <source>Gedicht konnte nicht angelegt werden: %1</source>
+        <translation>Poem could not be created: %1</translation>
+    </message>
+    <message>
+        <source>Fassung sichern</source>
+        <translation>Save Version</translation>
+    </message>
+    <message>
+        <source>Name der Fassung (freiwillig), z. B. „an Verlag geschickt“:</source>
+        <translation>Name of the version (optional), e.g. “sent to publisher”:</translation>
+    </message>
+</context>
+<context>
     <name>PrintHelper</name>
     <message>
         <source>Drucken fehlgeschlagen: %1</source>
@@ -2570,6 +2756,13 @@ kept unchanged</translation>
     <message>
         <source>Ergänzen und aktualisieren</source>
         <translation>Add and Update</translation>
+    </message>
+</context>
+<context>
+    <name>RestorePlanner</name>
+    <message>
+        <source>vor Wiederherstellung</source>
+        <translation>before restore</translation>
     </message>
 </context>
 <context>
@@ -3025,6 +3218,33 @@ kept unchanged</translation>
         <source>Was OdeLeaf speichert und was es über das Netz sendet.</source>
         <translation>What OdeLeaf stores and what it sends over the network.</translation>
     </message>
+    <message>
+        <source>Kategorie hinzufügen</source>
+        <translation>Add Category</translation>
+    </message>
+    <message>
+        <source>Kategorie umbenennen</source>
+        <translation>Rename Category</translation>
+    </message>
+    <message>
+        <source>Fassungen belegen %1.</source>
+        <translation>Versions take up %1.</translation>
+    </message>
+    <message>
+        <source>Alte Fassungen aufräumen</source>
+        <translation>Clean Up Old Versions</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n alte Fassungen entfernt.</source>
+        <translation>
+            <numerusform>%n old version removed.</numerusform>
+            <numerusform>%n old versions removed.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Benannte Fassungen bleiben immer; sonst alle der letzten 30 Tage, dann eine pro Tag für ein Jahr, danach eine pro Monat.</source>
+        <translation>Named versions are kept forever; otherwise all of the last 30 days, then one a day for a year, then one a month.</translation>
+    </message>
 </context>
 <context>
     <name>SidebarScope</name>
@@ -3074,6 +3294,37 @@ kept unchanged</translation>
     <message>
         <source>Text importiert aus %1. Rückgängig ist im Hauptfenster verfügbar.</source>
         <translation>Text imported from %1. You can undo it in the main window.</translation>
+    </message>
+    <message>
+        <source>vor Textimport</source>
+        <translation>before text import</translation>
+    </message>
+</context>
+<context>
+    <name>SqliteDatabase</name>
+    <message>
+        <source>Nicht genug Speicherplatz: Die Datenbank oder der Datenträger ist voll</source>
+        <translation>Not enough disk space: the database or the disk is full</translation>
+    </message>
+    <message>
+        <source>Die Datenbank ist schreibgeschützt</source>
+        <translation>The database is read-only</translation>
+    </message>
+    <message>
+        <source>Die Datenbank wird gerade von einem anderen Programm benutzt</source>
+        <translation>The database is in use by another program</translation>
+    </message>
+    <message>
+        <source>Die Datenbankdatei ist beschädigt</source>
+        <translation>The database file is damaged</translation>
+    </message>
+    <message>
+        <source>Ein-/Ausgabefehler beim Zugriff auf die Datenbank</source>
+        <translation>Input/output error while accessing the database</translation>
+    </message>
+    <message>
+        <source>Die Datenbankdatei kann nicht geöffnet werden</source>
+        <translation>The database file cannot be opened</translation>
     </message>
 </context>
 <context>

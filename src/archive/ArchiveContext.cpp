@@ -276,6 +276,10 @@ Result<void> ArchiveContext::save()
     }
     for (const PoemPtr &poem : updated) {
         const PoemFieldSet fields = differingFields(poem->m_saved, poem->m_values);
+        if ((fields & versionedPoemFields()).any()) {
+            if (auto kept = keepReplacedVersion(store, *poem); !kept)
+                return fail(kept.error());
+        }
         const auto current = store.update(poem->m_rowKey, poem->m_changeSeq, poem->m_values, fields);
         if (!current)
             return fail(current.error());
@@ -340,6 +344,27 @@ Result<void> ArchiveContext::save()
         return fail(committed.error());
     write->reset();
     finishSave(done);
+    return {};
+}
+
+Result<void> ArchiveContext::keepReplacedVersion(PoemStore::Write &store, const Poem &poem)
+{
+    const qint64 row = poem.m_rowKey;
+    if (!m_versionReason) {
+        if (m_rowsWithVersions.count(row))
+            return {};
+        const auto has = store.hasVersions(row);
+        if (!has)
+            return has.error();
+        if (*has) {
+            m_rowsWithVersions.insert(row);
+            return {};
+        }
+    }
+    const auto kept = store.recordVersion(row, m_versionReason.value_or(tr("vor Bearbeitung")), QString(), now());
+    if (!kept)
+        return kept.error();
+    // Only a committed version counts; a failed save asks again next time.
     return {};
 }
 
@@ -408,15 +433,15 @@ void ArchiveContext::rollback()
 
 void ArchiveContext::revert(const QList<PoemPtr> &poems)
 {
-    bool reverted = false;
+    QSet<qint64> reverted;
     for (const PoemPtr &poem : poems) {
         if (!poem || poem->m_context != this || !poem->m_persisted || poem->m_values == poem->m_saved)
             continue;
         poem->m_values = poem->m_saved;
-        reverted = true;
+        reverted.insert(poem->m_key);
     }
-    if (reverted)
-        Q_EMIT contextDidChange();
+    if (!reverted.isEmpty())
+        Q_EMIT contextDidChange(reverted);
 }
 
 void ArchiveContext::noteChanged(qint64 key)

@@ -65,6 +65,14 @@ public:
 
     PoemStore &store() const { return *m_store; }
 
+    // While set, each save first keeps the replaced state of every poem whose content it
+    // changes as a version with this reason; see VersionReason. Without one, a poem's first
+    // change keeps its state as the first version, so no earlier text is ever unreachable.
+    void setVersionReason(std::optional<QString> reason) { m_versionReason = std::move(reason); }
+    const std::optional<QString> &versionReason() const { return m_versionReason; }
+    void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
+    QDateTime now() const { return m_clock ? m_clock() : QDateTime::currentDateTimeUtc(); }
+
 Q_SIGNALS:
     // The one notice of a change of poems, whoever made it: after a save that wrote
     // something (or re-based poems another process changed), a rollback or a refresh
@@ -78,6 +86,7 @@ private:
     void noteChanged(qint64 key);
     void registerStored(PoemStore::Row row);
     Result<void> dropPoemsDeletedElsewhere(QSet<qint64> &dropped);
+    Result<void> keepReplacedVersion(PoemStore::Write &store, const Poem &poem);
     void applySaveStep(const SaveStep &step);
     void finishSave(const std::vector<SaveStep> &steps);
     static QSet<qint64> keysOf(const std::vector<SaveStep> &steps);
@@ -90,4 +99,7 @@ private:
     qint64 m_nextKey = 1;
     qint64 m_seenChangeSeq = 0;
     std::optional<qint64> m_dataVersion;
+    std::optional<QString> m_versionReason;
+    std::set<qint64> m_rowsWithVersions; // known to have one, so no query per keystroke
+    std::function<QDateTime()> m_clock;
 };

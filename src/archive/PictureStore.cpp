@@ -68,7 +68,9 @@ Result<std::optional<QString>> PictureStore::store(qint64 key, const QByteArray 
     for (const auto &[id, length] : *existing) {
         if (std::any_of(placed.begin(), placed.end(), [id = id](const Placed &p) { return p.id == id; }))
             continue;
-        auto remove = m_db.prepare(QStringLiteral("DELETE FROM picture WHERE id = ?1"));
+        // A version still showing the picture keeps it.
+        auto remove = m_db.prepare(QStringLiteral(
+            "DELETE FROM picture WHERE id = ?1 AND NOT EXISTS (SELECT 1 FROM version_picture WHERE picture_id = ?1)"));
         if (!remove)
             return remove.error();
         remove->bind(1, id);
@@ -93,6 +95,16 @@ Result<void> PictureStore::removeAll(qint64 key)
         return done;
     m_pending[key] = std::nullopt;
     return {};
+}
+
+std::vector<qint64> PictureStore::pictureIds(const std::optional<QString> &list)
+{
+    std::vector<qint64> ids;
+    if (!list)
+        return ids;
+    for (const auto &[offset, id] : parseList(*list).value_or(std::vector<std::pair<qsizetype, qint64>>()))
+        ids.push_back(id);
+    return ids;
 }
 
 Result<std::optional<QByteArray>> PictureStore::join(qint64 key, const QByteArray &body, const QString &list)

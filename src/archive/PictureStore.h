@@ -29,6 +29,9 @@ public:
     // picture it names is missing.
     Result<std::optional<QByteArray>> join(qint64 key, const QByteArray &body, const QString &list);
 
+    // The picture ids a list names.
+    static std::vector<qint64> pictureIds(const std::optional<QString> &list);
+
     // What a write remembered counts only once its transaction is committed: a rolled-back
     // id may be handed out again for other bytes.
     void commit();

@@ -49,6 +49,8 @@ public:
     // The poem's identity in its context, stable for the context's life: a new poem keeps
     // it when it is saved, although the store hands out its row key only then.
     qint64 storeKey() const { return m_key; }
+    // The store's key, 0 while the poem was never saved.
+    qint64 storeRowKey() const { return m_persisted ? m_rowKey : 0; }
     QString objectID() const;
     static QString objectIDPrefix();
     ArchiveContext *context() const { return m_context; }

@@ -20,6 +20,16 @@ PoemFieldSet differingFields(const PoemValues &a, const PoemValues &b)
     return fields;
 }
 
+PoemFieldSet versionedPoemFields()
+{
+    PoemFieldSet fields;
+    for (const PoemField field :
+         {PoemField::title, PoemField::text, PoemField::richTextData, PoemField::category, PoemField::date,
+          PoemField::writerNotes, PoemField::isPublished, PoemField::inPodcast})
+        fields.set(size_t(field));
+    return fields;
+}
+
 namespace {
 
 const char *displayNameSource(PoemField field)

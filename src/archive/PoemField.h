@@ -65,6 +65,8 @@ template <typename Fn> decltype(auto) withPoemMember(PoemField field, Fn &&fn)
 }
 
 PoemFieldSet differingFields(const PoemValues &a, const PoemValues &b);
+// What the poet sees of a poem, and so what a version keeps.
+PoemFieldSet versionedPoemFields();
 bool fieldEquals(PoemField field, const PoemValues &a, const PoemValues &b);
 void copyField(PoemField field, PoemValues &to, const PoemValues &from);
 // The German name of the field as the detail view labels it.

@@ -157,7 +157,8 @@ QString updateSql(PoemFieldSet fields)
 } // namespace
 
 PoemStore::PoemStore(std::unique_ptr<SqliteDatabase> db, QString path, int schemaVersion)
-    : m_db(std::move(db)), m_pictures(*m_db), m_path(std::move(path)), m_schemaVersion(schemaVersion)
+    : m_db(std::move(db)), m_pictures(*m_db), m_versions(*m_db, m_pictures), m_path(std::move(path)),
+      m_schemaVersion(schemaVersion)
 {
 }
 
@@ -305,6 +306,8 @@ Result<void> PoemStore::migrateStep(int fromVersion)
         for (const char *sql : createPictureStorage)
             statements.append(QString::fromLatin1(sql));
     }
+    if (fromVersion == 4)
+        statements.append(PoemVersionStore::schemaStatements());
     for (const QString &sql : statements) {
         if (auto done = m_db->execute(sql); !done)
             return done;
@@ -530,6 +533,8 @@ Result<bool> PoemStore::Write::remove(qint64 key, qint64 expectedSeq)
         return done.error();
     if (m_store.m_db->changes() != 1)
         return false;
+    if (auto versions = m_store.m_versions.removeAll(key); !versions)
+        return versions.error();
     if (auto cleared = m_store.m_pictures.removeAll(key); !cleared)
         return cleared.error();
     return true;
@@ -543,6 +548,51 @@ Result<std::optional<PoemStore::Row>> PoemStore::Write::row(qint64 key)
     if (rows->empty())
         return std::optional<Row>();
     return std::optional<Row>(std::move(rows->front()));
+}
+
+Result<std::optional<qint64>> PoemStore::Write::recordVersion(qint64 key, const QString &reason, const QString &name,
+                                                              const QDateTime &now, bool onlyWhenChanged)
+{
+    return m_store.m_versions.record(key, reason, name, now, onlyWhenChanged);
+}
+
+Result<bool> PoemStore::Write::hasVersions(qint64 key)
+{
+    return m_store.m_versions.hasVersions(key);
+}
+
+Result<int> PoemStore::Write::pruneVersions(const QDateTime &now)
+{
+    return m_store.m_versions.pruneAll(now);
+}
+
+Result<std::vector<PoemVersion>> PoemStore::versions(qint64 key)
+{
+    if (m_schemaVersion < currentSchemaVersion)
+        return std::vector<PoemVersion>();
+    return m_versions.list(key);
+}
+
+Result<std::optional<PoemVersion>> PoemStore::version(qint64 key, qint64 number)
+{
+    if (m_schemaVersion < currentSchemaVersion)
+        return std::optional<PoemVersion>();
+    SqliteTransaction transaction(*m_db, SqliteTransaction::Kind::read);
+    if (auto begun = transaction.begin(); !begun)
+        return begun.error();
+    auto found = m_versions.version(key, number);
+    if (!found)
+        return found;
+    if (auto ended = transaction.commit(); !ended)
+        return ended.error();
+    return found;
+}
+
+Result<qint64> PoemStore::versionStorageBytes()
+{
+    if (m_schemaVersion < currentSchemaVersion)
+        return qint64(0);
+    return m_versions.storageBytes();
 }
 
 Result<void> PoemStore::Write::commit()

@@ -3,6 +3,7 @@
 #include "archive/PictureStore.h"
 #include "archive/PoemField.h"
 #include "archive/PoemValues.h"
+#include "archive/PoemVersionStore.h"
 #include "archive/Result.h"
 #include "archive/SqliteStatement.h"
 
@@ -26,7 +27,7 @@ class PoemStore {
     Q_DECLARE_TR_FUNCTIONS(PoemStore)
 
 public:
-    static constexpr int currentSchemaVersion = 4;
+    static constexpr int currentSchemaVersion = 5;
 
     struct Row {
         qint64 key;
@@ -50,6 +51,11 @@ public:
         Result<bool> update(qint64 key, qint64 expectedSeq, const PoemValues &values, PoemFieldSet fields);
         Result<bool> remove(qint64 key, qint64 expectedSeq);
         Result<std::optional<Row>> row(qint64 key);
+        // The poem's row as it stands now, kept as a version before it changes.
+        Result<std::optional<qint64>> recordVersion(qint64 key, const QString &reason, const QString &name,
+                                                    const QDateTime &now, bool onlyWhenChanged = false);
+        Result<bool> hasVersions(qint64 key);
+        Result<int> pruneVersions(const QDateTime &now);
         Result<void> commit();
 
     private:
@@ -84,6 +90,11 @@ public:
 
     QString path() const { return m_path; }
 
+    // Newest first, without their contents.
+    Result<std::vector<PoemVersion>> versions(qint64 key);
+    Result<std::optional<PoemVersion>> version(qint64 key, qint64 number);
+    Result<qint64> versionStorageBytes();
+
 private:
     PoemStore(std::unique_ptr<SqliteDatabase> db, QString path, int schemaVersion);
     static Result<std::unique_ptr<PoemStore>> prepare(std::unique_ptr<SqliteDatabase> db, const QString &path);
@@ -96,6 +107,7 @@ private:
     std::unique_ptr<SqliteDatabase> m_db;
     std::map<QString, SqliteStatement> m_statements;
     PictureStore m_pictures;
+    PoemVersionStore m_versions;
     QString m_path;
     int m_schemaVersion;
     bool m_readOnly = false;

@@ -2,6 +2,7 @@
 
 #include "archive/ArchiveContext.h"
 #include "archive/PoemStore.h"
+#include "archive/VersionReason.h"
 #include "backup/BackupExporter.h"
 #include "backup/BackupReader.h"
 
@@ -95,6 +96,7 @@ RestorePreview RestorePlanner::preview(Backup backup, const QList<PoemPtr> &loca
 Result<RestoreCounts> RestorePlanner::restore(const Backup &backup, ArchiveContext &context, RestoreMode mode)
 {
     RestoreCounts counts;
+    const VersionReason reason(context, QCoreApplication::translate("RestorePlanner", "vor Wiederherstellung"));
     PoemMap map = poemMap(context.fetch());
     for (const PoemBackup &entry : backup.poems) {
         const auto key = matchKey(entry);

@@ -3,6 +3,7 @@
 #include "archive/CategoryCatalog.h"
 #include "archive/PoemEdit.h"
 #include "archive/PoemFactory.h"
+#include "archive/PoemVersions.h"
 #include "archive/TextFileReader.h"
 #include "backup/ArchiveJson.h"
 #include "backup/PoemBackup.h"
@@ -163,6 +164,9 @@ int runSet(CliInvocation &cli)
         return 1;
     if (const int status = applyFieldOptions(cli, *poem->context(), *poem, options); status != 0)
         return status;
+    // One call is a whole editing session; the next one must not write over it unkept.
+    if (auto kept = PoemVersions::recordSessionEnd(*poem->context(), *poem); !kept)
+        cli.note(kept.errorMessage());
     cli.print(CliTexts::tr("Gespeichert"));
     return 0;
 }

@@ -22,3 +22,4 @@ std::vector<CliCommand> editorCommands();
 std::vector<CliCommand> exportCommands();
 std::vector<CliCommand> analysisCommands();
 std::vector<CliCommand> verseCommands();
+std::vector<CliCommand> versionCommands();

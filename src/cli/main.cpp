@@ -14,7 +14,7 @@ std::vector<CliCommand> allCommands()
 {
     std::vector<CliCommand> commands;
     for (auto group : {archiveCommands, libraryCommands, backupCommands, importCommands, editorCommands, exportCommands,
-                       analysisCommands, verseCommands}) {
+                       analysisCommands, verseCommands, versionCommands}) {
         auto list = group();
         commands.insert(commands.end(), list.begin(), list.end());
     }

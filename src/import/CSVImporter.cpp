@@ -2,6 +2,7 @@
 
 #include "archive/ArchiveContext.h"
 #include "archive/CategoryCatalog.h"
+#include "archive/VersionReason.h"
 #include "backup/BackupExporter.h"
 #include "import/CSVDateParser.h"
 #include "import/CSVDocument.h"
@@ -245,6 +246,7 @@ CSVImportResult CSVImporter::apply(const CSVPreparedImport &prepared, ArchiveCon
     }
     result.safetyBackupPath = *safetyBackup;
 
+    const VersionReason reason(context, tr("vor CSV-Import"));
     applyRows(*prepared.document, context, now.toUTC(), result);
     // A failed save keeps the rows in memory for a later save; the safety backup is the way back.
     if (context.hasChanges()) {

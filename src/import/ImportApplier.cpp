@@ -1,10 +1,12 @@
 #include "import/ImportApplier.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/VersionReason.h"
 
 ImportApplier::ImportApplier(ArchiveContext &context, UndoWriter writeUndo, int batchSize)
     : m_context(context), m_writeUndo(std::move(writeUndo)), m_batchSize(std::max(1, batchSize)),
-      m_clock([] { return QDateTime::currentDateTimeUtc(); })
+      m_clock([] { return QDateTime::currentDateTimeUtc(); }),
+      m_versionReason(QCoreApplication::translate("ImportApplier", "vor Textimport"))
 {
     // Trashed poems too: a file chosen for a poem that went to the trash still finds it.
     for (const PoemPtr &poem : context.fetch()) {
@@ -75,6 +77,7 @@ Result<void> ImportApplier::storeBatch()
             return written;
         m_undoItemsOnDisk = m_undoItems.size();
     }
+    const VersionReason reason(m_context, m_versionReason);
     return m_context.save();
 }
 

@@ -43,6 +43,8 @@ public:
     ImportApplier(ArchiveContext &context, UndoWriter writeUndo, int batchSize = defaultBatchSize);
 
     void setClock(Clock clock) { m_clock = std::move(clock); }
+    // What the versions kept before the changed poems say they came before.
+    void setVersionReason(const QString &reason) { m_versionReason = reason; }
 
     PoemPtr poem(const QUuid &id) const { return m_poemMap.value(id); }
     // A poem whose text, trimmed, is not empty.
@@ -76,4 +78,5 @@ private:
     QSet<QUuid> m_recorded;
     qsizetype m_undoItemsOnDisk = -1;
     Clock m_clock;
+    QString m_versionReason;
 };

@@ -179,6 +179,8 @@ void ImportRun::begin()
 
     m_applyStarted = true;
     m_applier = std::make_unique<ImportApplier>(m_context, &ImportStateFiles::saveUndo, m_settings.batchSize);
+    if (m_settings.imagesOnly)
+        m_applier->setVersionReason(tr("vor Bildimport"));
     m_editorFont = ImportedRichText::EditorFont::current();
     m_report.title = m_settings.imagesOnly ? ImportReport::imageImportTitle() : ImportReport::textImportTitle();
     for (const QString &file : std::as_const(m_settings.unreadableFiles)) {

@@ -52,6 +52,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -65,6 +66,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextBrowser>
 #include <QTextLayout>
 #include <QTimer>
 #include <QToolBar>
@@ -768,6 +770,43 @@ private Q_SLOTS:
         QTRY_VERIFY(body->hasFocus());
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_X);
         QCOMPARE(*window.selectedPoem()->title(), QStringLiteral("Herbst"));
+    }
+
+    // Moving to another poem ends the session; the panel lists what was kept, compares it
+    // with the poem, brings it back, and Escape closes it.
+    void versionsPanelKeepsComparesAndBringsBack()
+    {
+        const PoemPtr herbst = storedPoem(QStringLiteral("Herbst"), QStringLiteral("Blätter fallen"));
+        const PoemPtr winter = storedPoem(QStringLiteral("Winter"), QStringLiteral("Schnee"));
+        MainWindow &window = openWindow();
+        window.selectPoem(herbst);
+        RichPoemTextView *body = window.detailView()->editorPane()->textView();
+        body->setFocus();
+        QTRY_VERIFY(body->hasFocus());
+        body->moveCursor(QTextCursor::End);
+        QTest::keyClicks(body, QStringLiteral(" leise"));
+        window.selectPoem(winter);
+        window.selectPoem(herbst);
+
+        window.findChild<QAction *>(QStringLiteral("showVersionsAction"))->trigger();
+        auto *panel = window.findChild<QWidget *>(QStringLiteral("versionsPanel"));
+        QVERIFY(panel->isVisible());
+        auto *list = panel->findChild<QListWidget *>(QStringLiteral("versionList"));
+        QCOMPARE(list->count(), 2); // before the first keystroke, and where the session ended
+        list->setFocus();
+        QTRY_VERIFY(list->hasFocus());
+        QTest::keyClick(list, Qt::Key_Down);
+        const QString comparison = panel->findChild<QTextBrowser *>(QStringLiteral("versionView"))->toPlainText();
+        QVERIFY2(comparison.contains(QStringLiteral("Blätter fallen leise")), qPrintable(comparison));
+        panel->findChild<QPushButton *>(QStringLiteral("restoreVersionButton"))->click();
+        QCOMPARE(herbst->text(), std::optional<QString>(QStringLiteral("Blätter fallen")));
+        QCOMPARE(list->count(), 3);
+
+        list->setFocus();
+        QTRY_VERIFY(list->hasFocus());
+        QTest::keyClick(list, Qt::Key_Escape);
+        QVERIFY(panel->isHidden());
+        QVERIFY(!window.isWriterModeActive());
     }
 
     void aNewPoemStaysInViewWhateverTheFilters()

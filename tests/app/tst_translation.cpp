@@ -7,6 +7,7 @@
 #include "archive/PersistenceController.h"
 #include "archive/PoemFactory.h"
 #include "archive/PoemRow.h"
+#include "archive/PoemVersions.h"
 #include "archive/SidebarScope.h"
 #include "backup/BackupStatus.h"
 #include "import/DocxPackage.h"
@@ -164,6 +165,12 @@ private Q_SLOTS:
         QTest::newRow("backup failed") << "BackupStatus"
                                        << "Sicherung konnte nicht erstellt werden: %1"
                                        << "Backup could not be created: %1";
+        QTest::newRow("version restored") << "PoemVersions"
+                                          << "Fassung wiederhergestellt."
+                                          << "Version restored.";
+        QTest::newRow("restore a version") << "PoemVersionsPanel"
+                                           << "Diese Fassung wiederherstellen"
+                                           << "Restore This Version";
     }
 
     void keyTexts()
@@ -191,6 +198,10 @@ private Q_SLOTS:
                  QStringLiteral("1 poem checked. 0 identical titles, 1 similar title found. Nothing was changed."));
         QCOMPARE(QCoreApplication::translate("PoemPickerDialog", "%1 von %2 Gedichten"),
                  QStringLiteral("%1 of %2 poems"));
+        for (const int stanzas : {1, 3}) {
+            QCOMPARE(QCoreApplication::translate("PoemVersionsPanel", "… %n unveränderte Strophen", nullptr, stanzas),
+                     stanzas == 1 ? QStringLiteral("… 1 unchanged stanza") : QStringLiteral("… 3 unchanged stanzas"));
+        }
     }
 
     // Texts made outside a widget reach the translation under the context lupdate saw.
@@ -206,6 +217,7 @@ private Q_SLOTS:
         QCOMPARE(ImportReviewOptions::importDOCXLabel(), QStringLiteral("Import DOCX"));
         QCOMPARE(displayTitle(SidebarScope::missingText), QStringLiteral("Without Text"));
         QCOMPARE(PoemRow{}.displayTitle(), QStringLiteral("Untitled Poem"));
+        QCOMPARE(PoemVersions::restoreReason(3), QStringLiteral("before restoring version 3"));
     }
 
     // A saved report keeps keys, shown in the language of the day; figures follow that language.

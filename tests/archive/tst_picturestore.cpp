@@ -30,19 +30,6 @@ QByteArray rtfWith(const QList<QByteArray> &pictures, const QByteArray &verse = 
     return rtf + "Ende}";
 }
 
-qint64 queryOnStore(const QString &path, const char *sql)
-{
-    sqlite3 *db = nullptr;
-    sqlite3_stmt *statement = nullptr;
-    qint64 value = -1;
-    if (sqlite3_open(path.toUtf8().constData(), &db) == SQLITE_OK &&
-        sqlite3_prepare_v2(db, sql, -1, &statement, nullptr) == SQLITE_OK && sqlite3_step(statement) == SQLITE_ROW)
-        value = sqlite3_column_int64(statement, 0);
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    return value;
-}
-
 PoemValues poemWith(const QByteArray &richText)
 {
     PoemValues values;
@@ -231,7 +218,7 @@ private Q_SLOTS:
         }
         // What the previous schema held: the whole rich text in the row.
         executeOnStore(path, "DROP TABLE picture; ALTER TABLE poem DROP COLUMN rich_text_pictures; "
-                             "PRAGMA user_version=3;");
+                             "DROP TABLE poem_version; DROP TABLE version_picture; PRAGMA user_version=3;");
         sqlite3 *db = nullptr;
         QCOMPARE(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
         sqlite3_stmt *statement = nullptr;

@@ -1,6 +1,7 @@
 #include "BackupTestSupport.h"
 
 #include "archive/PersistenceController.h"
+#include "archive/PoemVersions.h"
 #include "backup/BackupExporter.h"
 #include "backup/BackupReader.h"
 
@@ -276,6 +277,83 @@ private Q_SLOTS:
         }
         qInfo("%s: run %lld ms (safety backup after %lld ms); %d kills: %d before, %d after", qPrintable(mode),
               duration, untilBackup, kills, untouched, restored);
+    }
+
+    // A restore killed at any moment leaves every poem with its old text and no new version,
+    // or with the backup's text and its old text kept as the version before the restore.
+    void killedRestoreKeepsEachPoemWithItsVersion()
+    {
+        constexpr int restoredPoems = 1200;
+        constexpr int restoreTrials = 16;
+        const QString model = m_dir.filePath(QStringLiteral("restore-model"));
+        const QString backup = m_dir.filePath(QStringLiteral("restore.json"));
+        QVERIFY(QDir().mkpath(model));
+        {
+            auto store = PersistenceController::open(model + QStringLiteral("/OdeLeaf.sqlite"));
+            QVERIFY(store.ok());
+            ArchiveContext &archive = store.value()->viewContext();
+            for (int i = 0; i < restoredPoems; ++i)
+                addPoem(archive, QStringLiteral("Gedicht %1").arg(i), utc(2026, 1, 1, 0, 0, 0))
+                    ->setText(QStringLiteral("alt %1").arg(i));
+            QVERIFY(archive.save().ok());
+            for (const PoemPtr &poem : archive.fetch())
+                poem->setText(poem->text().value_or(QString()).replace(QStringLiteral("alt"), QStringLiteral("neu")));
+            QVERIFY(BackupExporter::writeBackup(archive.fetch(), backup).ok());
+            archive.rollback();
+        }
+        const auto run = [&](const QString &dataDir) {
+            QDir().mkpath(dataDir);
+            QFile::copy(model + QStringLiteral("/OdeLeaf.sqlite"), dataDir + QStringLiteral("/OdeLeaf.sqlite"));
+            auto *process = new QProcess(this);
+            process->start(QStringLiteral(ODELEAF_CLI),
+                           {QStringLiteral("--data-dir"), dataDir, QStringLiteral("restore"), backup,
+                            QStringLiteral("--mode"), QStringLiteral("addMissingAndUpdate")});
+            process->waitForStarted();
+            return process;
+        };
+        QElapsedTimer clock;
+        clock.start();
+        QProcess *watched = run(m_dir.filePath(QStringLiteral("restore-watched")));
+        QVERIFY(watched->waitForFinished(120000));
+        QCOMPARE(watched->exitCode(), 0);
+        const qint64 fullRun = clock.elapsed();
+
+        int restored = 0;
+        int kept = 0;
+        QRandomGenerator random(31);
+        for (int trial = 0; trial < restoreTrials; ++trial) {
+            const QString dataDir = m_dir.filePath(QStringLiteral("restore-%1").arg(trial));
+            QProcess *process = run(dataDir);
+            QTest::qSleep(int(random.bounded(fullRun)));
+            process->kill();
+            process->waitForFinished(10000);
+            delete process;
+
+            auto store = PersistenceController::open(dataDir + QStringLiteral("/OdeLeaf.sqlite"));
+            QVERIFY2(store.ok(), qPrintable(store.errorMessage()));
+            ArchiveContext &archive = store.value()->viewContext();
+            QCOMPARE(archive.fetch().size(), restoredPoems);
+            for (const PoemPtr &poem : archive.fetch()) {
+                const QString text = poem->text().value_or(QString());
+                const QString old = QString(text).replace(QStringLiteral("neu"), QStringLiteral("alt"));
+                const auto versions = PoemVersions::list(archive, *poem);
+                QVERIFY(versions.ok());
+                if (text.startsWith(QStringLiteral("alt"))) {
+                    QVERIFY(versions->empty());
+                    ++kept;
+                    continue;
+                }
+                QVERIFY2(text.startsWith(QStringLiteral("neu")), qPrintable(text));
+                QCOMPARE(versions->size(), size_t(1));
+                QCOMPARE(versions->front().reason, QStringLiteral("vor Wiederherstellung"));
+                QCOMPARE(PoemVersions::version(archive, *poem, 1)->values.text, old);
+                ++restored;
+            }
+        }
+        qInfo("%d restore trials of %lld ms: %d poems restored with their version, %d untouched", restoreTrials,
+              fullRun, restored, kept);
+        QVERIFY(restored > 0);
+        QVERIFY(kept > 0);
     }
 };
 

@@ -1,10 +1,13 @@
 #include "CliRunner.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUuid>
 
 class CliArchiveTest : public QObject {
     Q_OBJECT
@@ -141,6 +144,82 @@ private Q_SLOTS:
         const QJsonObject poem = m_cli->show(id);
         QVERIFY(poem.contains(QStringLiteral("category")));
         QCOMPARE(poem.value(QStringLiteral("category")).toString(), QString());
+    }
+
+    void versionsFollowAPoemAndBringItBack()
+    {
+        const QString id = m_cli
+                               ->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Mond"),
+                                      QStringLiteral("--text"), QStringLiteral("Der Mond scheint hell")})
+                               .out.trimmed();
+        QCOMPARE(
+            m_cli->run({QStringLiteral("set"), id, QStringLiteral("--text"), QStringLiteral("Der Mond scheint klar")})
+                .exitCode,
+            0);
+        const CliOutcome saved =
+            m_cli->run({QStringLiteral("version-save"), id, QStringLiteral("--name"), QStringLiteral("an Verlag")});
+        QCOMPARE(saved.out, QStringLiteral("Fassung gesichert.\n"));
+
+        const CliOutcome listed = m_cli->run({QStringLiteral("versions"), id, QStringLiteral("--json")});
+        QCOMPARE(listed.exitCode, 0);
+        const QJsonArray versions = QJsonDocument::fromJson(listed.out.toUtf8()).array();
+        QCOMPARE(versions.size(), 3); // before the edit, after it, and by hand
+        QCOMPARE(versions.at(0)[QStringLiteral("name")].toString(), QStringLiteral("an Verlag"));
+        QCOMPARE(versions.at(0)[QStringLiteral("number")].toInt(), 3);
+        QCOMPARE(versions.at(1)[QStringLiteral("wordsAdded")].toInt(), 1);
+        QCOMPARE(versions.at(1)[QStringLiteral("wordsRemoved")].toInt(), 1);
+        QVERIFY(!versions.at(2).toObject().contains(QStringLiteral("name")));
+        QVERIFY(m_cli->run({QStringLiteral("versions"), id}).out.startsWith(QStringLiteral("3\t")));
+
+        QCOMPARE(m_cli->run({QStringLiteral("version-show"), id, QStringLiteral("1")}).out,
+                 QStringLiteral("Der Mond scheint hell\n"));
+        QCOMPARE(m_cli->run({QStringLiteral("version-show"), id, QStringLiteral("1"), QStringLiteral("--diff")}).out,
+                 QStringLiteral("Der Mond scheint [-hell-] {+klar+}\n"));
+        QCOMPARE(m_cli->run({QStringLiteral("version-restore"), id, QStringLiteral("1")}).out,
+                 QStringLiteral("Fassung wiederhergestellt.\n"));
+        QCOMPARE(m_cli->show(id).value(QStringLiteral("text")).toString(), QStringLiteral("Der Mond scheint hell"));
+
+        const struct {
+            QStringList arguments;
+            int exitCode;
+        } refused[] = {
+            {{QStringLiteral("version-show"), id, QStringLiteral("0")}, 2},
+            {{QStringLiteral("version-show"), id}, 2},
+            {{QStringLiteral("version-show"), id, QStringLiteral("99")}, 1},
+            {{QStringLiteral("version-restore"), id, QStringLiteral("99")}, 1},
+            {{QStringLiteral("versions"), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()}, 1},
+        };
+        for (const auto &call : refused)
+            QCOMPARE(m_cli->run(call.arguments).exitCode, call.exitCode);
+        QCOMPARE(m_cli->show(id).value(QStringLiteral("text")).toString(), QStringLiteral("Der Mond scheint hell"));
+    }
+
+    void versionsFromProcessesAtOnceAreAllKept()
+    {
+        const QString id =
+            m_cli->run({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Geteilt")}).out.trimmed();
+        std::vector<std::unique_ptr<QProcess>> processes;
+        for (int i = 0; i < 6; ++i) {
+            auto process = std::make_unique<QProcess>();
+            process->start(QStringLiteral(ODELEAF_CLI),
+                           {QStringLiteral("--data-dir"), m_dir->path(), QStringLiteral("version-save"), id,
+                            QStringLiteral("--name"), QString::number(i)});
+            processes.push_back(std::move(process));
+        }
+        for (const auto &process : processes) {
+            QVERIFY(process->waitForFinished(60000));
+            QCOMPARE(process->exitCode(), 0);
+        }
+        const QJsonArray versions =
+            QJsonDocument::fromJson(m_cli->run({QStringLiteral("versions"), id, QStringLiteral("--json")}).out.toUtf8())
+                .array();
+        QStringList names;
+        for (int i = 0; i < versions.size(); ++i) {
+            QCOMPARE(versions.at(i)[QStringLiteral("number")].toInt(), 6 - i);
+            names.append(versions.at(i)[QStringLiteral("name")].toString());
+        }
+        names.sort();
+        QCOMPARE(names, QStringList({"0", "1", "2", "3", "4", "5"}));
     }
 };
 

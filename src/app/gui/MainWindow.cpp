@@ -8,6 +8,7 @@
 #include "app/gui/PoemDetailView.h"
 #include "app/gui/PoemListModel.h"
 #include "app/gui/PoemListPane.h"
+#include "app/gui/PoemVersionsPanel.h"
 #include "app/gui/PrivacyNoticeDialog.h"
 #include "app/gui/SettingsWindow.h"
 #include "app/gui/StatusPanel.h"
@@ -21,6 +22,8 @@
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
 #include "export/gui/PoemExportActions.h"
+
+#include <algorithm>
 
 #include <QAction>
 #include <QActionGroup>
@@ -107,6 +110,10 @@ void MainWindow::buildColumns()
     m_splitter->addWidget(m_sidebar);
     m_splitter->addWidget(m_listPane);
     m_splitter->addWidget(m_detail);
+    m_versions = new PoemVersionsPanel(m_context, m_splitter);
+    m_versions->setMinimumWidth(260);
+    m_versions->hide();
+    m_splitter->addWidget(m_versions);
     m_splitter->setStretchFactor(0, 0);
     m_splitter->setStretchFactor(1, 0);
     m_splitter->setStretchFactor(2, 1);
@@ -160,6 +167,25 @@ void MainWindow::buildColumns()
     connect(m_detail, &PoemDetailView::writerModeRequested, this, &MainWindow::setWriterMode);
     connect(m_detail, &PoemDetailView::statusMessage, this, &MainWindow::setStatus);
     connect(m_detail, &PoemDetailView::fileWritten, this, &MainWindow::setLastWrittenFile);
+    connect(m_detail, &PoemDetailView::versionsRequested, m_versions->showAction(), &QAction::trigger);
+    connect(m_versions, &PoemVersionsPanel::statusMessage, this, &MainWindow::setStatus);
+    connect(m_versions, &PoemVersionsPanel::poemCreated, this, &MainWindow::selectPoem);
+    connect(m_versions, &PoemVersionsPanel::aboutToChangePoem, m_detail, &PoemDetailView::commitPendingEdits);
+    connect(m_versions, &PoemVersionsPanel::shownChanged, this, [this](bool shown) {
+        // A narrow window makes room for the versions beside the poem by setting the list aside.
+        const int needed = m_sidebar->minimumWidth() + m_listPane->minimumWidth() + m_detail->minimumWidth() +
+                           m_versions->minimumWidth();
+        m_listPane->setVisible(!shown || m_splitter->width() >= needed);
+        // A wide window gives the comparison room to read, taken from the poem's column.
+        QList<int> sizes = m_splitter->sizes();
+        const int wanted = std::min(440, m_splitter->width() / 4);
+        const int extra = wanted - sizes.last();
+        if (shown && extra > 0 && sizes.at(2) - extra >= m_detail->minimumWidth()) {
+            sizes[2] -= extra;
+            sizes.last() = wanted;
+            m_splitter->setSizes(sizes);
+        }
+    });
 }
 
 QWidget *MainWindow::withReadOnlyBanner(QWidget *content)
@@ -269,6 +295,9 @@ void MainWindow::buildMenus()
         const char *slot = command.slot;
         connect(action, &QAction::triggered, this, [slot] { forwardToFocus(slot); });
     }
+    m_editMenu->addSeparator();
+    m_editMenu->addAction(m_versions->showAction());
+    m_editMenu->addAction(m_versions->saveAction());
     m_editMenu->addSeparator();
     m_editMenu->addAction(m_findAction);
     m_editMenu->addSeparator();
@@ -493,6 +522,7 @@ void MainWindow::showSelectedPoem(const PoemPtr &poem)
     if (m_detail->poem() != poem) {
         m_detail->commitPendingEdits();
         m_detail->showPoem(poem);
+        m_versions->setPoem(poem);
     }
     updateActionStates();
     Q_EMIT selectedPoemChanged(poem);
@@ -708,6 +738,7 @@ void MainWindow::showFeedback()
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     m_detail->commitPendingEdits();
+    m_versions->endSession();
     if (!m_context.hasChanges()) {
         event->accept();
         return;

@@ -12,6 +12,7 @@
 class ArchiveContext;
 class LibrarySidebar;
 class PoemDetailView;
+class PoemVersionsPanel;
 class PoemListModel;
 class PoemListPane;
 class QAction;
@@ -131,6 +132,7 @@ private:
     LibrarySidebar *m_sidebar = nullptr;
     PoemListPane *m_listPane = nullptr;
     PoemDetailView *m_detail = nullptr;
+    PoemVersionsPanel *m_versions = nullptr;
     QToolBar *m_toolBar = nullptr;
     QMenu *m_fileMenu = nullptr;
     QMenu *m_editMenu = nullptr;

@@ -267,12 +267,17 @@ QWidget *PoemDetailView::makeEditorPage()
     m_importText->setObjectName(QStringLiteral("importTextButton"));
     m_importText->setToolTip(tr("Den Text dieses Gedichts aus einer DOCX-, PDF- oder Textdatei übernehmen"));
     connect(m_importText, &QPushButton::clicked, this, &PoemDetailView::textImportRequested);
+    auto *versions = new QPushButton(ThemeIcon::named(QStringLiteral("document-open-recent")), tr("Fassungen"), page);
+    versions->setObjectName(QStringLiteral("versionsButton"));
+    versions->setToolTip(tr("Frühere Fassungen dieses Gedichts vergleichen und zurückholen"));
+    connect(versions, &QPushButton::clicked, this, &PoemDetailView::versionsRequested);
     m_saveStatus = new QLabel(page);
     m_saveStatus->setObjectName(QStringLiteral("saveStatus"));
     footer->addWidget(m_duplicate);
     footer->addWidget(m_trash);
     footer->addWidget(exportButton);
     footer->addWidget(m_importText);
+    footer->addWidget(versions);
     footer->addStretch(1);
     footer->addWidget(m_saveStatus);
     layout->addLayout(footer);

@@ -65,6 +65,7 @@ Q_SIGNALS:
     void fileWritten(const QString &path);
     // "Text importieren…": a document's text for this poem.
     void textImportRequested();
+    void versionsRequested();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

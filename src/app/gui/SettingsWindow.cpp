@@ -5,6 +5,8 @@
 #include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
 #include "archive/CategoryCatalog.h"
+#include "archive/PoemStore.h"
+#include "archive/PoemVersions.h"
 #include "editor/RhymeProvider.h"
 
 #include <QCheckBox>
@@ -336,6 +338,27 @@ void SettingsWindow::buildBackupSection()
     connect(daily, &QCheckBox::toggled, this, [](bool on) { AppPreferences::setAutomaticDailyBackupEnabled(on); });
     section->addWidget(daily);
     addHint(section, tr("OdeLeaf erstellt beim ersten App-Start pro Tag ein internes Sicherheitsbackup."));
+
+    auto *versionSpace = new QLabel(this);
+    versionSpace->setObjectName(QStringLiteral("versionSpace"));
+    const auto showSpace = [this, versionSpace](const QString &before) {
+        const auto bytes = PoemVersions::storageBytes(m_context);
+        const QString space =
+            bytes ? tr("Fassungen belegen %1.").arg(QLocale().formattedDataSize(*bytes)) : bytes.errorMessage();
+        versionSpace->setText(before.isEmpty() ? space : before + QLatin1Char(' ') + space);
+    };
+    showSpace(QString());
+    auto *prune = new QPushButton(tr("Alte Fassungen aufräumen"), this);
+    prune->setObjectName(QStringLiteral("pruneVersionsButton"));
+    prune->setAutoDefault(false);
+    prune->setEnabled(!m_context.store().isReadOnly());
+    connect(prune, &QPushButton::clicked, this, [this, showSpace] {
+        const auto removed = PoemVersions::pruneAll(m_context);
+        showSpace(removed ? tr("%n alte Fassungen entfernt.", nullptr, *removed) : removed.errorMessage());
+    });
+    section->addWidget(row(this, {versionSpace, prune}, 0));
+    addHint(section, tr("Benannte Fassungen bleiben immer; sonst alle der letzten 30 Tage, dann eine pro Tag für ein "
+                        "Jahr, danach eine pro Monat."));
 }
 
 void SettingsWindow::buildFolderSection()
