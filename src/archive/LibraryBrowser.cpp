@@ -79,6 +79,13 @@ QString countText(int count, const QString &singular, const QString &plural)
 
 LibraryBrowser::LibraryBrowser(ArchiveContext &context) : m_context(context)
 {
+    m_changeConnection = QObject::connect(&context, &ArchiveContext::contextDidChange,
+                                          [this](const QSet<qint64> &poemKeys) { noteChangedPoems(poemKeys); });
+}
+
+LibraryBrowser::~LibraryBrowser()
+{
+    QObject::disconnect(m_changeConnection);
 }
 
 bool LibraryBrowser::hasUsableText(const Poem &poem)
@@ -162,63 +169,127 @@ void LibraryBrowser::rebuildCategoryFilters()
 void LibraryBrowser::reloadRows()
 {
     m_spelling = m_configuredCategories.value_or(AppPreferences::poemCategories());
-    const QList<PoemPtr> all = m_context.fetch();
-    // The vanished category is found from the poems' own categories, before any filter.
-    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
-    std::vector<DerivedPoemText *> derived(size_t(all.size()), nullptr);
-    qsizetype position = 0;
-    for (qsizetype i = 0; i < all.size(); ++i) {
-        const Poem &poem = *all.at(i);
-        if (poem.isInTrash())
-            continue;
-        DerivedPoemText &texts = m_cache.entryAt(position++, poem);
-        derived[size_t(i)] = &texts;
-        if (size_t(texts.categoryId()) >= m_countsByCategoryId.size())
-            m_countsByCategoryId.resize(size_t(texts.categoryId()) + 1, 0);
-        m_countsByCategoryId[size_t(texts.categoryId())] += 1;
-    }
-    rebuildCategoryFilters();
-    resetVanishedCategory();
-
     m_builtFor = currentFilters();
     m_built = true;
     m_needles = SearchNeedles{searchNeedle(m_builtFor.search), searchNeedle(normalize(m_builtFor.search))};
-    m_counts = LibraryCounts{};
-    m_scopeTotal = 0;
-    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
-    m_listings.assign(all.isEmpty() ? 0 : size_t(all.constLast()->storeKey()) + 1, Listing{});
 
-    std::vector<Candidate> candidates;
-    candidates.reserve(size_t(all.size()));
-    for (qsizetype i = 0; i < all.size(); ++i) {
-        const Poem &poem = *all.at(i);
-        Listing listing = listingOf(poem, derived[size_t(i)]);
-        count(listing, 1);
-        listing.row = listing.listed() ? &poem : nullptr;
-        listingSlot(poem.storeKey()) = listing;
-        if (!listing.listed())
-            continue;
-        Candidate candidate;
-        candidate.poem = &poem;
-        candidate.derived = derived[size_t(i)];
-        candidate.storeOrder = i;
-        candidate.hasText = listing.hasText;
-        candidates.push_back(candidate);
+    std::vector<Candidate> live;
+    QList<PoemPtr> listed;
+    // Walking the context's own map costs more than a keystroke may at 100,000 poems, so
+    // the poems of the last walk are walked again while the set cannot have changed: no
+    // notice of a poem that came or went since, and no unsaved poem that may have.
+    const bool setKnown = m_poemsCurrent && m_context.changedPoemCount() == 0;
+    if (!setKnown || !walkPoems(live, listed)) {
+        const QList<PoemPtr> all = m_context.fetch();
+        m_poems.assign(all.cbegin(), all.cend());
+        m_poemsCurrent = true;
+        walkPoems(live, listed);
+    }
+    m_cache.pruneUnused(int(live.size()));
+
+    rebuildCategoryFilters();
+    if (selectedCategory) {
+        resetVanishedCategory();
+        // No poem had it, so the rows are every poem's: counted again without it.
+        if (!selectedCategory) {
+            reloadRows();
+            return;
+        }
     }
 
-    sortCandidates(candidates);
-
-    QList<PoemPtr> rowPoems;
-    rowPoems.reserve(qsizetype(candidates.size()));
-    for (const Candidate &candidate : candidates)
-        rowPoems.append(all.at(candidate.storeOrder));
-
-    m_rowPoems = std::move(rowPoems);
+    m_rowPoems = rowsInOrder(live, listed);
     m_rowMemo.clear();
     m_allRows.reset();
     m_summarySearch = m_builtFor.search;
-    m_cache.pruneUnused(int(position));
     m_preparePosition = 0;
+}
+
+// Counts and lists the poems of m_poems in the store's order; answers false when one of
+// them has left the context, and the set must be fetched again.
+bool LibraryBrowser::walkPoems(std::vector<Candidate> &live, QList<PoemPtr> &listed)
+{
+    m_counts = LibraryCounts{};
+    m_scopeTotal = 0;
+    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
+    m_listings.assign(m_listings.size(), Listing{});
+    live.clear();
+    live.reserve(m_poems.size());
+    listed.clear();
+    listed.reserve(qsizetype(m_poems.size()));
+    for (const PoemPtr &poem : m_poems) {
+        // A saved deletion lets go of the poem: the set has changed after all.
+        if (poem->context() != &m_context) {
+            m_poemsCurrent = false;
+            return false;
+        }
+        DerivedPoemText *derived = nullptr;
+        if (!poem->isInTrash())
+            derived = &m_cache.entryAt(qsizetype(live.size()), *poem);
+        Listing listing = listingOf(*poem, derived);
+        count(listing, 1);
+        listing.row = listing.listed() ? poem.get() : nullptr;
+        listingSlot(poem->storeKey()) = listing;
+        if (!derived)
+            continue;
+        Candidate candidate;
+        candidate.poem = poem.get();
+        candidate.derived = derived;
+        candidate.storeOrder = qsizetype(live.size());
+        candidate.hasText = listing.hasText;
+        if (listing.listed()) {
+            candidate.listedIndex = qint32(listed.size());
+            listed.append(poem);
+        }
+        live.push_back(candidate);
+    }
+    return true;
+}
+
+// A notice of changed poems changes the set only when one of them came or went.
+void LibraryBrowser::noteChangedPoems(const QSet<qint64> &poemKeys)
+{
+    if (!m_poemsCurrent)
+        return;
+    if (poemKeys.size() > incrementalLimit) {
+        m_poemsCurrent = false;
+        return;
+    }
+    for (const qint64 key : poemKeys) {
+        const auto known =
+            std::lower_bound(m_poems.cbegin(), m_poems.cend(), key,
+                             [](const PoemPtr &poem, qint64 wanted) { return poem->storeKey() < wanted; });
+        const Poem *knownPoem = known != m_poems.cend() && (*known)->storeKey() == key ? known->get() : nullptr;
+        if (m_context.poemWithKey(key).get() != knownPoem) {
+            m_poemsCurrent = false;
+            return;
+        }
+    }
+}
+
+// The order of every poem in the walk is kept per sort mode while no poem changes; the
+// rows are the listed ones in that order, which spares sorting on each search keystroke.
+QList<PoemPtr> LibraryBrowser::rowsInOrder(const std::vector<Candidate> &live, QList<PoemPtr> &listed)
+{
+    BaseOrder &base = m_baseOrders[size_t(m_builtFor.sort)];
+    if (!base.valid || base.revision != m_cache.revision()) {
+        std::vector<Candidate> sorted = live;
+        sortCandidates(sorted);
+        base.positions.resize(sorted.size());
+        std::transform(sorted.cbegin(), sorted.cend(), base.positions.begin(),
+                       [](const Candidate &candidate) { return qint32(candidate.storeOrder); });
+        base.revision = m_cache.revision();
+        base.valid = true;
+    }
+    QList<PoemPtr> rows;
+    rows.reserve(listed.size());
+    for (const qint32 position : base.positions) {
+        const qint32 index = live[size_t(position)].listedIndex;
+        if (index < 0)
+            continue;
+        Q_ASSERT(listed.at(index).get() == live[size_t(position)].poem);
+        rows.append(std::move(listed[index]));
+    }
+    return rows;
 }
 
 bool LibraryBrowser::prepareSearch(qsizetype count)
@@ -448,12 +519,12 @@ void LibraryBrowser::sortCandidates(std::vector<Candidate> &candidates) const
     switch (m_builtFor.sort) {
     case PoemSortMode::recentlyChanged:
         for (Candidate &candidate : candidates)
-            candidate.stamp = stampOf(candidate.poem->updatedAt());
+            candidate.stamp = candidate.derived->updatedStamp();
         std::sort(candidates.begin(), candidates.end(), byStampThenStore);
         return;
     case PoemSortMode::date:
         for (Candidate &candidate : candidates)
-            candidate.stamp = stampOf(candidate.poem->date());
+            candidate.stamp = candidate.derived->dateStamp();
         std::sort(candidates.begin(), candidates.end(), byStampThenStore);
         return;
     case PoemSortMode::title:
@@ -464,7 +535,7 @@ void LibraryBrowser::sortCandidates(std::vector<Candidate> &candidates) const
         return;
     case PoemSortMode::missingTextFirst:
         for (Candidate &candidate : candidates) {
-            candidate.stamp = stampOf(candidate.poem->updatedAt());
+            candidate.stamp = candidate.derived->updatedStamp();
             setTitleKey(candidate);
         }
         std::sort(candidates.begin(), candidates.end(), [&](const Candidate &a, const Candidate &b) {

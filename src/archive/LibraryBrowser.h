@@ -17,6 +17,7 @@
 #include <QSet>
 #include <QStringList>
 
+#include <array>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -31,6 +32,9 @@ class LibraryBrowser {
 
 public:
     explicit LibraryBrowser(ArchiveContext &context);
+    ~LibraryBrowser();
+    LibraryBrowser(const LibraryBrowser &) = delete;
+    LibraryBrowser &operator=(const LibraryBrowser &) = delete;
 
     // The outcome of a list action: the poem it made or moved and the status line. The rows
     // follow through applyChanges with the context's notice of the save. A failed
@@ -106,7 +110,15 @@ private:
         const QByteArray *titleKey = nullptr;
         // The key's first eight bytes, so most comparisons stay in the candidate.
         quint64 titlePrefix = 0;
+        qint32 listedIndex = -1; // among the poems fetched for the rows
         bool hasText = false;
+    };
+
+    // Walk positions in one sort mode's order, as of a revision of the cache.
+    struct BaseOrder {
+        std::vector<qint32> positions;
+        quint64 revision = 0;
+        bool valid = false;
     };
 
     struct SearchNeedles {
@@ -147,6 +159,9 @@ private:
     void count(const Listing &listing, int sign);
     Listing &listingSlot(qint64 storeKey);
     void rebuildCategoryFilters();
+    bool walkPoems(std::vector<Candidate> &live, QList<PoemPtr> &listed);
+    void noteChangedPoems(const QSet<qint64> &poemKeys);
+    QList<PoemPtr> rowsInOrder(const std::vector<Candidate> &live, QList<PoemPtr> &listed);
     void sortCandidates(std::vector<Candidate> &candidates) const;
     void sortByCategory(std::vector<Candidate> &candidates) const;
     bool sortsBefore(const Poem &a, const Poem &b) const;
@@ -185,4 +200,8 @@ private:
     std::vector<int> m_countsByCategoryId;
     std::vector<Listing> m_listings; // by store key
     qsizetype m_preparePosition = 0;
+    std::array<BaseOrder, allPoemSortModes.size()> m_baseOrders;
+    std::vector<PoemPtr> m_poems; // every poem of the last walk, by store key
+    bool m_poemsCurrent = false;  // whether the context still holds exactly those
+    QMetaObject::Connection m_changeConnection;
 };
