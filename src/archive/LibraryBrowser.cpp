@@ -24,6 +24,12 @@ QByteArray searchNeedle(const QString &text)
     return needle;
 }
 
+// Whatever holds the longer needle holds the shorter one; an empty needle finds nothing.
+bool narrowsNeedle(const QByteArray &before, const QByteArray &now)
+{
+    return before.isEmpty() ? now.isEmpty() : now.contains(before);
+}
+
 qint64 stampOf(const std::optional<QDateTime> &date)
 {
     return date ? date->toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
@@ -120,14 +126,21 @@ LibraryBrowser::Listing LibraryBrowser::listingOf(const Poem &poem, DerivedPoemT
     if (!listing.live)
         return listing;
     DerivedPoemText &texts = derived ? *derived : m_cache.entry(poem);
-    listing.categoryId = texts.categoryId();
-    listing.hasText = texts.hasUsableText();
     listing.published = poem.isPublished();
     listing.podcast = poem.inPodcast();
-    listing.inCategory = !m_builtFor.category || m_cache.categories().name(listing.categoryId) == *m_builtFor.category;
-    listing.inScope = inScope(poem, texts, m_builtFor.scope);
-    listing.matches = m_builtFor.search.isEmpty() || matchesSearch(texts, m_needles);
+    decide(listing, texts, true);
     return listing;
+}
+
+// The filters' verdict on a live poem whose published and podcast flags are set. search:
+// false when the search is known to fail, which spares reading the texts.
+void LibraryBrowser::decide(Listing &listing, DerivedPoemText &texts, bool search) const
+{
+    listing.categoryId = texts.categoryId();
+    listing.hasText = texts.hasUsableText();
+    listing.inCategory = !m_builtFor.category || m_cache.categories().name(listing.categoryId) == *m_builtFor.category;
+    listing.inScope = inScope(listing, m_builtFor.scope);
+    listing.matches = m_builtFor.search.isEmpty() || (search && matchesSearch(texts, m_needles));
 }
 
 void LibraryBrowser::count(const Listing &listing, int sign)
@@ -173,19 +186,26 @@ void LibraryBrowser::reloadRows()
     m_built = true;
     m_needles = SearchNeedles{searchNeedle(m_builtFor.search), searchNeedle(normalize(m_builtFor.search))};
 
-    std::vector<Candidate> live;
     QList<PoemPtr> listed;
     // Walking the context's own map costs more than a keystroke may at 100,000 poems, so
     // the poems of the last walk are walked again while the set cannot have changed: no
-    // notice of a poem that came or went since, and no unsaved poem that may have.
+    // notice of a poem that came or went since, and no unsaved poem that may have. When
+    // no poem changed at all, what the walk read of them still holds: every change
+    // leaves an unsaved poem until a save or rollback announces it.
     const bool setKnown = m_poemsCurrent && m_context.changedPoemCount() == 0;
-    if (!setKnown || !walkPoems(live, listed)) {
-        const QList<PoemPtr> all = m_context.fetch();
-        m_poems.assign(all.cbegin(), all.cend());
-        m_poemsCurrent = true;
-        walkPoems(live, listed);
+    if (setKnown && m_unchangedSinceWalk) {
+        relistWalked(listed);
+    } else {
+        if (!setKnown || !walkPoems(listed)) {
+            const QList<PoemPtr> all = m_context.fetch();
+            m_poems.assign(all.cbegin(), all.cend());
+            m_poemsCurrent = true;
+            walkPoems(listed);
+        }
+        m_cache.pruneUnused(int(m_live.size()));
+        m_unchangedSinceWalk = m_context.changedPoemCount() == 0;
     }
-    m_cache.pruneUnused(int(live.size()));
+    m_searchedFor = SearchedFor{m_builtFor.search.isEmpty(), m_builtFor.mode, m_needles};
 
     rebuildCategoryFilters();
     if (selectedCategory) {
@@ -197,7 +217,7 @@ void LibraryBrowser::reloadRows()
         }
     }
 
-    m_rowPoems = rowsInOrder(live, listed);
+    m_rowPoems = rowsInOrder(listed);
     m_rowMemo.clear();
     m_allRows.reset();
     m_summarySearch = m_builtFor.search;
@@ -206,8 +226,9 @@ void LibraryBrowser::reloadRows()
 
 // Counts and lists the poems of m_poems in the store's order; answers false when one of
 // them has left the context, and the set must be fetched again.
-bool LibraryBrowser::walkPoems(std::vector<Candidate> &live, QList<PoemPtr> &listed)
+bool LibraryBrowser::walkPoems(QList<PoemPtr> &listed)
 {
+    std::vector<Candidate> &live = m_live;
     m_counts = LibraryCounts{};
     m_scopeTotal = 0;
     m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
@@ -216,7 +237,8 @@ bool LibraryBrowser::walkPoems(std::vector<Candidate> &live, QList<PoemPtr> &lis
     live.reserve(m_poems.size());
     listed.clear();
     listed.reserve(qsizetype(m_poems.size()));
-    for (const PoemPtr &poem : m_poems) {
+    for (qsizetype index = 0; index < qsizetype(m_poems.size()); ++index) {
+        const PoemPtr &poem = m_poems[size_t(index)];
         // A saved deletion lets go of the poem: the set has changed after all.
         if (poem->context() != &m_context) {
             m_poemsCurrent = false;
@@ -235,19 +257,59 @@ bool LibraryBrowser::walkPoems(std::vector<Candidate> &live, QList<PoemPtr> &lis
         candidate.poem = poem.get();
         candidate.derived = derived;
         candidate.storeOrder = qsizetype(live.size());
+        candidate.storeKey = poem->storeKey();
+        candidate.poemIndex = qint32(index);
         candidate.hasText = listing.hasText;
+        candidate.published = listing.published;
+        candidate.podcast = listing.podcast;
+        candidate.matched = listing.matches;
         if (listing.listed()) {
             candidate.listedIndex = qint32(listed.size());
             listed.append(poem);
         }
         live.push_back(candidate);
     }
+    m_trashCount = m_counts.trashCount;
     return true;
+}
+
+// The filters applied again to what the last walk read; a search that only narrows the
+// previous one reads only the texts that matched it.
+void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
+{
+    const bool narrows =
+        m_searchedFor.mode == m_builtFor.mode &&
+        (m_searchedFor.everything || (narrowsNeedle(m_searchedFor.needles.text, m_needles.text) &&
+                                      narrowsNeedle(m_searchedFor.needles.titleKey, m_needles.titleKey)));
+    m_counts = LibraryCounts{};
+    m_counts.trashCount = m_trashCount;
+    m_scopeTotal = 0;
+    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
+    listed.clear();
+    listed.reserve(qsizetype(m_live.size()));
+    for (Candidate &candidate : m_live) {
+        Listing listing;
+        listing.known = true;
+        listing.live = true;
+        listing.published = candidate.published;
+        listing.podcast = candidate.podcast;
+        decide(listing, *candidate.derived, !narrows || candidate.matched);
+        count(listing, 1);
+        candidate.matched = listing.matches;
+        candidate.listedIndex = -1;
+        listing.row = listing.listed() ? candidate.poem : nullptr;
+        listingSlot(candidate.storeKey) = listing;
+        if (listing.listed()) {
+            candidate.listedIndex = qint32(listed.size());
+            listed.append(m_poems[size_t(candidate.poemIndex)]);
+        }
+    }
 }
 
 // A notice of changed poems changes the set only when one of them came or went.
 void LibraryBrowser::noteChangedPoems(const QSet<qint64> &poemKeys)
 {
+    m_unchangedSinceWalk = false;
     if (!m_poemsCurrent)
         return;
     if (poemKeys.size() > incrementalLimit) {
@@ -268,8 +330,9 @@ void LibraryBrowser::noteChangedPoems(const QSet<qint64> &poemKeys)
 
 // The order of every poem in the walk is kept per sort mode while no poem changes; the
 // rows are the listed ones in that order, which spares sorting on each search keystroke.
-QList<PoemPtr> LibraryBrowser::rowsInOrder(const std::vector<Candidate> &live, QList<PoemPtr> &listed)
+QList<PoemPtr> LibraryBrowser::rowsInOrder(QList<PoemPtr> &listed)
 {
+    const std::vector<Candidate> &live = m_live;
     BaseOrder &base = m_baseOrders[size_t(m_builtFor.sort)];
     if (!base.valid || base.revision != m_cache.revision()) {
         std::vector<Candidate> sorted = live;
@@ -492,17 +555,17 @@ bool LibraryBrowser::matchesSearch(DerivedPoemText &derived, const SearchNeedles
     return false;
 }
 
-bool LibraryBrowser::inScope(const Poem &poem, DerivedPoemText &derived, SidebarScope scope) const
+bool LibraryBrowser::inScope(const Listing &listing, SidebarScope scope)
 {
     switch (scope) {
     case SidebarScope::archive:
         return true;
     case SidebarScope::missingText:
-        return !derived.hasUsableText();
+        return !listing.hasText;
     case SidebarScope::published:
-        return poem.isPublished();
+        return listing.published;
     case SidebarScope::podcast:
-        return poem.inPodcast();
+        return listing.podcast;
     }
     return false;
 }

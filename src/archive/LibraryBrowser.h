@@ -110,8 +110,13 @@ private:
         const QByteArray *titleKey = nullptr;
         // The key's first eight bytes, so most comparisons stay in the candidate.
         quint64 titlePrefix = 0;
+        qint64 storeKey = 0;
+        qint32 poemIndex = 0;    // in m_poems
         qint32 listedIndex = -1; // among the poems fetched for the rows
         bool hasText = false;
+        bool published = false;
+        bool podcast = false;
+        bool matched = false; // by the last search
     };
 
     // Walk positions in one sort mode's order, as of a revision of the cache.
@@ -124,6 +129,13 @@ private:
     struct SearchNeedles {
         QByteArray text;     // for title, text and category
         QByteArray titleKey; // for titleNormalized: the search text's own title key
+    };
+
+    // The search whose verdicts the candidates keep.
+    struct SearchedFor {
+        bool everything = true;
+        SearchMode mode = SearchMode::title;
+        SearchNeedles needles;
     };
 
     // What the rows were last rebuilt for; a change of any of it needs a rebuild.
@@ -153,15 +165,17 @@ private:
 
     Filters currentFilters() const;
     bool matchesSearch(DerivedPoemText &derived, const SearchNeedles &needles) const;
-    bool inScope(const Poem &poem, DerivedPoemText &derived, SidebarScope scope) const;
+    static bool inScope(const Listing &listing, SidebarScope scope);
+    void decide(Listing &listing, DerivedPoemText &texts, bool search) const;
     // derived: the poem's entry when the caller has it, else null.
     Listing listingOf(const Poem &poem, DerivedPoemText *derived) const;
     void count(const Listing &listing, int sign);
     Listing &listingSlot(qint64 storeKey);
     void rebuildCategoryFilters();
-    bool walkPoems(std::vector<Candidate> &live, QList<PoemPtr> &listed);
+    bool walkPoems(QList<PoemPtr> &listed);
+    void relistWalked(QList<PoemPtr> &listed);
     void noteChangedPoems(const QSet<qint64> &poemKeys);
-    QList<PoemPtr> rowsInOrder(const std::vector<Candidate> &live, QList<PoemPtr> &listed);
+    QList<PoemPtr> rowsInOrder(QList<PoemPtr> &listed);
     void sortCandidates(std::vector<Candidate> &candidates) const;
     void sortByCategory(std::vector<Candidate> &candidates) const;
     bool sortsBefore(const Poem &a, const Poem &b) const;
@@ -203,5 +217,9 @@ private:
     std::array<BaseOrder, allPoemSortModes.size()> m_baseOrders;
     std::vector<PoemPtr> m_poems; // every poem of the last walk, by store key
     bool m_poemsCurrent = false;  // whether the context still holds exactly those
+    bool m_unchangedSinceWalk = false;
+    std::vector<Candidate> m_live; // the live poems of the last walk, in its order
+    int m_trashCount = 0;          // as the last walk counted
+    SearchedFor m_searchedFor;
     QMetaObject::Connection m_changeConnection;
 };
