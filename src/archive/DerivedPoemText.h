@@ -25,6 +25,12 @@ public:
     // Folds the search fields unless they are up to date; the searches below need it.
     void fold();
     bool isFolded() const { return m_foldedValid; }
+    // Asks the processor for the folded fields ahead of a scan of many poems.
+    void prefetchFolded() const
+    {
+        for (qsizetype at = 0; at < m_folded.size(); at += 64)
+            __builtin_prefetch(m_folded.constData() + at);
+    }
 
     bool hasUsableText() const { return m_hasUsableText; }
     int categoryId() const { return m_categoryId; }

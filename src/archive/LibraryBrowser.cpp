@@ -287,7 +287,20 @@ void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
     m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
     listed.clear();
     listed.reserve(qsizetype(m_live.size()));
-    for (Candidate &candidate : m_live) {
+    // The texts lie scattered over the heap; fetching a few poems ahead keeps the memory
+    // busy while the search scans.
+    constexpr size_t ahead = 4;
+    const auto prefetch = [this, narrows](size_t i) {
+        if (i < m_live.size() && (!narrows || m_live[i].matched))
+            m_live[i].derived->prefetchFolded();
+    };
+    for (size_t i = 0; i < ahead; ++i)
+        prefetch(i);
+    for (size_t i = 0; i < m_live.size(); ++i) {
+        Candidate &candidate = m_live[i];
+        prefetch(i + ahead);
+        if (i + 2 * ahead < m_live.size())
+            __builtin_prefetch(m_live[i + 2 * ahead].derived);
         Listing listing;
         listing.known = true;
         listing.live = true;
