@@ -128,19 +128,19 @@ LibraryBrowser::Listing LibraryBrowser::listingOf(const Poem &poem, DerivedPoemT
     DerivedPoemText &texts = derived ? *derived : m_cache.entry(poem);
     listing.published = poem.isPublished();
     listing.podcast = poem.inPodcast();
-    decide(listing, texts, true);
+    decide(listing, texts, std::nullopt);
     return listing;
 }
 
-// The filters' verdict on a live poem whose published and podcast flags are set. search:
-// false when the search is known to fail, which spares reading the texts.
-void LibraryBrowser::decide(Listing &listing, DerivedPoemText &texts, bool search) const
+// The filters' verdict on a live poem whose published and podcast flags are set. A known
+// verdict of the search spares reading the texts.
+void LibraryBrowser::decide(Listing &listing, DerivedPoemText &texts, std::optional<bool> knownMatch) const
 {
     listing.categoryId = texts.categoryId();
     listing.hasText = texts.hasUsableText();
     listing.inCategory = !m_builtFor.category || m_cache.categories().name(listing.categoryId) == *m_builtFor.category;
     listing.inScope = inScope(listing, m_builtFor.scope);
-    listing.matches = m_builtFor.search.isEmpty() || (search && matchesSearch(texts, m_needles));
+    listing.matches = m_builtFor.search.isEmpty() || (knownMatch ? *knownMatch : matchesSearch(texts, m_needles));
 }
 
 void LibraryBrowser::count(const Listing &listing, int sign)
@@ -204,8 +204,10 @@ void LibraryBrowser::reloadRows()
         }
         m_cache.pruneUnused(int(m_live.size()));
         m_unchangedSinceWalk = m_context.changedPoemCount() == 0;
+        m_rememberedSearches.clear();
     }
     m_searchedFor = SearchedFor{m_builtFor.search.isEmpty(), m_builtFor.mode, m_needles};
+    rememberSearch();
 
     rebuildCategoryFilters();
     if (selectedCategory) {
@@ -277,8 +279,9 @@ bool LibraryBrowser::walkPoems(QList<PoemPtr> &listed)
 // previous one reads only the texts that matched it.
 void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
 {
+    const RememberedSearch *remembered = rememberedSearch();
     const bool narrows =
-        m_searchedFor.mode == m_builtFor.mode &&
+        !remembered && m_searchedFor.mode == m_builtFor.mode &&
         (m_searchedFor.everything || (narrowsNeedle(m_searchedFor.needles.text, m_needles.text) &&
                                       narrowsNeedle(m_searchedFor.needles.titleKey, m_needles.titleKey)));
     m_counts = LibraryCounts{};
@@ -290,8 +293,8 @@ void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
     // The texts lie scattered over the heap; fetching a few poems ahead keeps the memory
     // busy while the search scans.
     constexpr size_t ahead = 4;
-    const auto prefetch = [this, narrows](size_t i) {
-        if (i < m_live.size() && (!narrows || m_live[i].matched))
+    const auto prefetch = [this, narrows, remembered](size_t i) {
+        if (i < m_live.size() && !remembered && (!narrows || m_live[i].matched))
             m_live[i].derived->prefetchFolded();
     };
     for (size_t i = 0; i < ahead; ++i)
@@ -306,7 +309,12 @@ void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
         listing.live = true;
         listing.published = candidate.published;
         listing.podcast = candidate.podcast;
-        decide(listing, *candidate.derived, !narrows || candidate.matched);
+        std::optional<bool> knownMatch;
+        if (remembered)
+            knownMatch = bool(remembered->matched[i]);
+        else if (narrows && !candidate.matched)
+            knownMatch = false;
+        decide(listing, *candidate.derived, knownMatch);
         count(listing, 1);
         candidate.matched = listing.matches;
         candidate.listedIndex = -1;
@@ -317,6 +325,29 @@ void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
             listed.append(m_poems[size_t(candidate.poemIndex)]);
         }
     }
+}
+
+// Deleting a letter returns to a search made a keystroke ago; its verdicts hold while no
+// poem has changed.
+const LibraryBrowser::RememberedSearch *LibraryBrowser::rememberedSearch() const
+{
+    const auto found = std::find_if(m_rememberedSearches.cbegin(), m_rememberedSearches.cend(),
+                                    [this](const RememberedSearch &search) {
+                                        return search.mode == m_builtFor.mode && search.needles == m_needles;
+                                    });
+    return found == m_rememberedSearches.cend() ? nullptr : &*found;
+}
+
+void LibraryBrowser::rememberSearch()
+{
+    if (m_builtFor.search.isEmpty() || rememberedSearch())
+        return;
+    if (m_rememberedSearches.size() >= rememberedSearchLimit)
+        m_rememberedSearches.erase(m_rememberedSearches.begin());
+    RememberedSearch search{m_builtFor.mode, m_needles, std::vector<bool>(m_live.size())};
+    for (size_t i = 0; i < m_live.size(); ++i)
+        search.matched[i] = m_live[i].matched;
+    m_rememberedSearches.push_back(std::move(search));
 }
 
 // A notice of changed poems changes the set only when one of them came or went.

@@ -129,7 +129,16 @@ private:
     struct SearchNeedles {
         QByteArray text;     // for title, text and category
         QByteArray titleKey; // for titleNormalized: the search text's own title key
+        bool operator==(const SearchNeedles &other) const = default;
     };
+
+    // A search's verdict on each poem of the walk, by position.
+    struct RememberedSearch {
+        SearchMode mode = SearchMode::title;
+        SearchNeedles needles;
+        std::vector<bool> matched;
+    };
+    static constexpr size_t rememberedSearchLimit = 8;
 
     // The search whose verdicts the candidates keep.
     struct SearchedFor {
@@ -166,7 +175,9 @@ private:
     Filters currentFilters() const;
     bool matchesSearch(DerivedPoemText &derived, const SearchNeedles &needles) const;
     static bool inScope(const Listing &listing, SidebarScope scope);
-    void decide(Listing &listing, DerivedPoemText &texts, bool search) const;
+    void decide(Listing &listing, DerivedPoemText &texts, std::optional<bool> knownMatch) const;
+    const RememberedSearch *rememberedSearch() const;
+    void rememberSearch();
     // derived: the poem's entry when the caller has it, else null.
     Listing listingOf(const Poem &poem, DerivedPoemText *derived) const;
     void count(const Listing &listing, int sign);
@@ -221,5 +232,6 @@ private:
     std::vector<Candidate> m_live; // the live poems of the last walk, in its order
     int m_trashCount = 0;          // as the last walk counted
     SearchedFor m_searchedFor;
+    std::vector<RememberedSearch> m_rememberedSearches; // while no poem changed
     QMetaObject::Connection m_changeConnection;
 };

@@ -681,8 +681,8 @@ private Q_SLOTS:
             }
             if (save)
                 QVERIFY(context().save().ok());
-            // The second look changes only the filters: typed or deleted letters, another order.
-            for (int look = 0; look < 2; ++look) {
+            // Later looks change only the filters: typed or deleted letters, another order.
+            for (int look = 0; look < 3; ++look) {
                 browser().sortMode = allPoemSortModes.at(random.bounded(int(allPoemSortModes.size())));
                 browser().sidebarScope = random.bounded(3) == 0 ? SidebarScope::missingText : SidebarScope::archive;
                 reload(pick(random, searches), SearchMode(random.bounded(4)));
