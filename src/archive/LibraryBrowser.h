@@ -100,7 +100,8 @@ public:
     ArchiveContext &context() const { return m_context; }
 
 private:
-    // A poem on its way into the rows, with the keys its sort compares.
+    // A live poem of the last walk: what the filters and the sort read of it, kept until
+    // a poem changes.
     struct Candidate {
         const Poem *poem = nullptr;
         DerivedPoemText *derived = nullptr;
