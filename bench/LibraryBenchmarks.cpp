@@ -36,14 +36,33 @@ LibraryBrowser &browser(int poemCount)
     return *instance;
 }
 
-void reloadWith(benchmark::State &state, const QString &search, SearchMode mode, PoemSortMode sort)
+// One rebuild after the keystrokes `before` (search texts) in sort mode sortBefore. With
+// edited, one poem is edited first, so nothing is known from earlier repetitions but what
+// those keystrokes left.
+void reloadWith(benchmark::State &state, const QStringList &before, const QString &search, SearchMode mode,
+                PoemSortMode sortBefore, PoemSortMode sort, bool edited)
 {
-    LibraryBrowser &library = browser(int(state.range(0)));
-    library.searchText = search;
+    const int poemCount = int(state.range(0));
+    LibraryBrowser &library = browser(poemCount);
+    ArchiveContext &context = archive(poemCount).viewContext();
+    const PoemPtr poem = context.fetch().constFirst();
     library.searchMode = mode;
-    library.sortMode = sort;
-    library.reloadRows(); // the keystroke before: the per-poem values are in place
     for (auto _ : state) {
+        state.PauseTiming();
+        if (edited) {
+            (void)PoemEdit::apply(
+                context, *poem,
+                [](Poem &changed) { changed.setText(changed.text().value_or(QString()) + QLatin1Char('a')); },
+                QDateTime::currentDateTimeUtc());
+        }
+        library.sortMode = sortBefore;
+        for (const QString &text : before) {
+            library.searchText = text;
+            library.reloadRows();
+        }
+        library.searchText = search;
+        library.sortMode = sort;
+        state.ResumeTiming();
         library.reloadRows();
         benchmark::DoNotOptimize(library.rowCount());
     }
@@ -56,31 +75,59 @@ void bothSizes(benchmark::internal::Benchmark *benchmark, int repetitions)
     benchmark->ReportAggregatesOnly(true);
 }
 
-// One rebuild after a keystroke in mode "Alles": a common syllable and one found nowhere,
-// which makes every text be read to its end.
+// A keystroke in mode "Alles": the first letter, which reads every text; a letter typed
+// after a common syllable and one typed where nothing is found, which read the texts that
+// matched before; and a letter deleted, whose search was made a keystroke ago.
+void BM_reloadRowsAllModeFirstLetter(benchmark::State &state)
+{
+    reloadWith(state, {QString()}, QStringLiteral("q"), SearchMode::all, PoemSortMode::recentlyChanged,
+               PoemSortMode::recentlyChanged, true);
+}
+BENCHMARK(BM_reloadRowsAllModeFirstLetter)->Apply([](auto *b) { bothSizes(b, 30); });
+
 void BM_reloadRowsAllModeCommonSearch(benchmark::State &state)
 {
-    reloadWith(state, QStringLiteral("ach"), SearchMode::all, PoemSortMode::recentlyChanged);
+    reloadWith(state, {QStringLiteral("ac")}, QStringLiteral("ach"), SearchMode::all, PoemSortMode::recentlyChanged,
+               PoemSortMode::recentlyChanged, true);
 }
 BENCHMARK(BM_reloadRowsAllModeCommonSearch)->Apply([](auto *b) { bothSizes(b, 30); });
 
 void BM_reloadRowsAllModeRareSearch(benchmark::State &state)
 {
-    reloadWith(state, QStringLiteral("qüx"), SearchMode::all, PoemSortMode::recentlyChanged);
+    reloadWith(state, {QStringLiteral("qü")}, QStringLiteral("qüx"), SearchMode::all, PoemSortMode::recentlyChanged,
+               PoemSortMode::recentlyChanged, true);
 }
 BENCHMARK(BM_reloadRowsAllModeRareSearch)->Apply([](auto *b) { bothSizes(b, 30); });
 
+void BM_reloadRowsAllModeDeletedLetter(benchmark::State &state)
+{
+    reloadWith(state, {QStringLiteral("qü"), QStringLiteral("qüx")}, QStringLiteral("qü"), SearchMode::all,
+               PoemSortMode::recentlyChanged, PoemSortMode::recentlyChanged, true);
+}
+BENCHMARK(BM_reloadRowsAllModeDeletedLetter)->Apply([](auto *b) { bothSizes(b, 30); });
+
+// A change of the sort mode from the default, the orders known from before.
 void BM_reloadRowsSortedByCategory(benchmark::State &state)
 {
-    reloadWith(state, QString(), SearchMode::all, PoemSortMode::category);
+    reloadWith(state, {QString()}, QString(), SearchMode::all, PoemSortMode::recentlyChanged, PoemSortMode::category,
+               false);
 }
 BENCHMARK(BM_reloadRowsSortedByCategory)->Apply([](auto *b) { bothSizes(b, 20); });
 
 void BM_reloadRowsMissingTextFirst(benchmark::State &state)
 {
-    reloadWith(state, QString(), SearchMode::all, PoemSortMode::missingTextFirst);
+    reloadWith(state, {QString()}, QString(), SearchMode::all, PoemSortMode::recentlyChanged,
+               PoemSortMode::missingTextFirst, false);
 }
 BENCHMARK(BM_reloadRowsMissingTextFirst)->Apply([](auto *b) { bothSizes(b, 20); });
+
+// The same after one poem was edited: every poem is read again and sorted.
+void BM_reloadRowsSortedByCategoryAfterEdit(benchmark::State &state)
+{
+    reloadWith(state, {QString()}, QString(), SearchMode::all, PoemSortMode::recentlyChanged, PoemSortMode::category,
+               true);
+}
+BENCHMARK(BM_reloadRowsSortedByCategoryAfterEdit)->Apply([](auto *b) { bothSizes(b, 10); });
 
 // A keystroke in one poem as the list takes it over: the edit saved, its row moved to
 // its sorted place, the counts changed by the difference.

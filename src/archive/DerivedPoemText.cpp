@@ -6,6 +6,8 @@
 #include "archive/PoemRowText.h"
 #include "archive/TextComparison.h"
 
+#include <limits>
+
 namespace {
 
 const QString emptyText;
@@ -22,17 +24,35 @@ bool sameText(const QString &a, const QString &b)
     return (a.constData() == b.constData() && a.size() == b.size()) || a == b;
 }
 
+qint64 stampOf(const std::optional<QDateTime> &date)
+{
+    return date ? date->toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
+}
+
+quint8 presentFields(const Poem &poem)
+{
+    return quint8(int(poem.title().has_value()) | int(poem.titleNormalized().has_value()) << 1 |
+                  int(poem.text().has_value()) << 2 | int(poem.category().has_value()) << 3);
+}
+
 } // namespace
 
-void DerivedPoemText::refresh(const Poem &poem, CategoryNameTable &categories)
+bool DerivedPoemText::refresh(const Poem &poem, CategoryNameTable &categories)
 {
+    const qint64 updatedStamp = stampOf(poem.updatedAt());
+    const qint64 dateStamp = stampOf(poem.date());
+    const quint8 present = presentFields(poem);
+    const bool datesChanged = updatedStamp != m_updatedStamp || dateStamp != m_dateStamp || present != m_presentFields;
+    m_updatedStamp = updatedStamp;
+    m_dateStamp = dateStamp;
+    m_presentFields = present;
     const QString &title = orEmpty(poem.title());
     const QString &titleKey = orEmpty(poem.titleNormalized());
     const QString &text = orEmpty(poem.text());
     const QString &category = orEmpty(poem.category());
     if (m_sourcesValid && sameText(m_titleSource, title) && sameText(m_titleKeySource, titleKey) &&
         sameText(m_textSource, text) && sameText(m_categorySource, category))
-        return;
+        return datesChanged;
 
     m_titleSource = title;
     m_titleKeySource = titleKey;
@@ -42,6 +62,7 @@ void DerivedPoemText::refresh(const Poem &poem, CategoryNameTable &categories)
     m_categoryId = categories.idOf(category.trimmed());
     m_sourcesValid = true;
     m_foldedValid = false;
+    return true;
 }
 
 void DerivedPoemText::fold()

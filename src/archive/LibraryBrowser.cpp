@@ -24,6 +24,12 @@ QByteArray searchNeedle(const QString &text)
     return needle;
 }
 
+// Whatever holds the longer needle holds the shorter one; an empty needle finds nothing.
+bool narrowsNeedle(const QByteArray &before, const QByteArray &now)
+{
+    return before.isEmpty() ? now.isEmpty() : now.contains(before);
+}
+
 qint64 stampOf(const std::optional<QDateTime> &date)
 {
     return date ? date->toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
@@ -79,6 +85,13 @@ QString countText(int count, const QString &singular, const QString &plural)
 
 LibraryBrowser::LibraryBrowser(ArchiveContext &context) : m_context(context)
 {
+    m_changeConnection = QObject::connect(&context, &ArchiveContext::contextDidChange,
+                                          [this](const QSet<qint64> &poemKeys) { noteChangedPoems(poemKeys); });
+}
+
+LibraryBrowser::~LibraryBrowser()
+{
+    QObject::disconnect(m_changeConnection);
 }
 
 bool LibraryBrowser::hasUsableText(const Poem &poem)
@@ -113,14 +126,21 @@ LibraryBrowser::Listing LibraryBrowser::listingOf(const Poem &poem, DerivedPoemT
     if (!listing.live)
         return listing;
     DerivedPoemText &texts = derived ? *derived : m_cache.entry(poem);
-    listing.categoryId = texts.categoryId();
-    listing.hasText = texts.hasUsableText();
     listing.published = poem.isPublished();
     listing.podcast = poem.inPodcast();
-    listing.inCategory = !m_builtFor.category || m_cache.categories().name(listing.categoryId) == *m_builtFor.category;
-    listing.inScope = inScope(poem, texts, m_builtFor.scope);
-    listing.matches = m_builtFor.search.isEmpty() || matchesSearch(texts, m_needles);
+    decide(listing, texts, std::nullopt);
     return listing;
+}
+
+// The filters' verdict on a live poem whose published and podcast flags are set. A known
+// verdict of the search spares reading the texts.
+void LibraryBrowser::decide(Listing &listing, DerivedPoemText &texts, std::optional<bool> knownMatch) const
+{
+    listing.categoryId = texts.categoryId();
+    listing.hasText = texts.hasUsableText();
+    listing.inCategory = !m_builtFor.category || m_cache.categories().name(listing.categoryId) == *m_builtFor.category;
+    listing.inScope = inScope(listing, m_builtFor.scope);
+    listing.matches = m_builtFor.search.isEmpty() || (knownMatch ? *knownMatch : matchesSearch(texts, m_needles));
 }
 
 void LibraryBrowser::count(const Listing &listing, int sign)
@@ -162,63 +182,221 @@ void LibraryBrowser::rebuildCategoryFilters()
 void LibraryBrowser::reloadRows()
 {
     m_spelling = m_configuredCategories.value_or(AppPreferences::poemCategories());
-    const QList<PoemPtr> all = m_context.fetch();
-    // The vanished category is found from the poems' own categories, before any filter.
-    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
-    std::vector<DerivedPoemText *> derived(size_t(all.size()), nullptr);
-    qsizetype position = 0;
-    for (qsizetype i = 0; i < all.size(); ++i) {
-        const Poem &poem = *all.at(i);
-        if (poem.isInTrash())
-            continue;
-        DerivedPoemText &texts = m_cache.entryAt(position++, poem);
-        derived[size_t(i)] = &texts;
-        if (size_t(texts.categoryId()) >= m_countsByCategoryId.size())
-            m_countsByCategoryId.resize(size_t(texts.categoryId()) + 1, 0);
-        m_countsByCategoryId[size_t(texts.categoryId())] += 1;
-    }
-    rebuildCategoryFilters();
-    resetVanishedCategory();
-
     m_builtFor = currentFilters();
     m_built = true;
     m_needles = SearchNeedles{searchNeedle(m_builtFor.search), searchNeedle(normalize(m_builtFor.search))};
-    m_counts = LibraryCounts{};
-    m_scopeTotal = 0;
-    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
-    m_listings.assign(all.isEmpty() ? 0 : size_t(all.constLast()->storeKey()) + 1, Listing{});
 
-    std::vector<Candidate> candidates;
-    candidates.reserve(size_t(all.size()));
-    for (qsizetype i = 0; i < all.size(); ++i) {
-        const Poem &poem = *all.at(i);
-        Listing listing = listingOf(poem, derived[size_t(i)]);
-        count(listing, 1);
-        listing.row = listing.listed() ? &poem : nullptr;
-        listingSlot(poem.storeKey()) = listing;
-        if (!listing.listed())
-            continue;
-        Candidate candidate;
-        candidate.poem = &poem;
-        candidate.derived = derived[size_t(i)];
-        candidate.storeOrder = i;
-        candidate.hasText = listing.hasText;
-        candidates.push_back(candidate);
+    QList<PoemPtr> listed;
+    // Walking the context's own map costs more than a keystroke may at 100,000 poems, so
+    // the poems of the last walk are walked again while the set cannot have changed: no
+    // notice of a poem that came or went since, and no unsaved poem that may have. When
+    // no poem changed at all, what the walk read of them still holds: every change
+    // leaves an unsaved poem until a save or rollback announces it.
+    const bool setKnown = m_poemsCurrent && m_context.changedPoemCount() == 0;
+    if (setKnown && m_unchangedSinceWalk) {
+        relistWalked(listed);
+    } else {
+        if (!setKnown || !walkPoems(listed)) {
+            const QList<PoemPtr> all = m_context.fetch();
+            m_poems.assign(all.cbegin(), all.cend());
+            m_poemsCurrent = true;
+            walkPoems(listed);
+        }
+        m_cache.pruneUnused(int(m_live.size()));
+        m_unchangedSinceWalk = m_context.changedPoemCount() == 0;
+        m_rememberedSearches.clear();
+    }
+    m_searchedFor = SearchedFor{m_builtFor.search.isEmpty(), m_builtFor.mode, m_needles};
+    rememberSearch();
+
+    rebuildCategoryFilters();
+    if (selectedCategory) {
+        resetVanishedCategory();
+        // No poem had it, so the rows are every poem's: counted again without it.
+        if (!selectedCategory) {
+            reloadRows();
+            return;
+        }
     }
 
-    sortCandidates(candidates);
-
-    QList<PoemPtr> rowPoems;
-    rowPoems.reserve(qsizetype(candidates.size()));
-    for (const Candidate &candidate : candidates)
-        rowPoems.append(all.at(candidate.storeOrder));
-
-    m_rowPoems = std::move(rowPoems);
+    m_rowPoems = rowsInOrder(listed);
     m_rowMemo.clear();
     m_allRows.reset();
     m_summarySearch = m_builtFor.search;
-    m_cache.pruneUnused(int(position));
     m_preparePosition = 0;
+}
+
+// Counts and lists the poems of m_poems in the store's order; answers false when one of
+// them has left the context, and the set must be fetched again.
+bool LibraryBrowser::walkPoems(QList<PoemPtr> &listed)
+{
+    std::vector<Candidate> &live = m_live;
+    m_counts = LibraryCounts{};
+    m_scopeTotal = 0;
+    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
+    m_listings.assign(m_listings.size(), Listing{});
+    live.clear();
+    live.reserve(m_poems.size());
+    listed.clear();
+    listed.reserve(qsizetype(m_poems.size()));
+    for (qsizetype index = 0; index < qsizetype(m_poems.size()); ++index) {
+        const PoemPtr &poem = m_poems[size_t(index)];
+        // A saved deletion lets go of the poem: the set has changed after all.
+        if (poem->context() != &m_context) {
+            m_poemsCurrent = false;
+            return false;
+        }
+        DerivedPoemText *derived = nullptr;
+        if (!poem->isInTrash())
+            derived = &m_cache.entryAt(qsizetype(live.size()), *poem);
+        Listing listing = listingOf(*poem, derived);
+        count(listing, 1);
+        listing.row = listing.listed() ? poem.get() : nullptr;
+        listingSlot(poem->storeKey()) = listing;
+        if (!derived)
+            continue;
+        Candidate candidate;
+        candidate.poem = poem.get();
+        candidate.derived = derived;
+        candidate.storeOrder = qsizetype(live.size());
+        candidate.storeKey = poem->storeKey();
+        candidate.poemIndex = qint32(index);
+        candidate.hasText = listing.hasText;
+        candidate.published = listing.published;
+        candidate.podcast = listing.podcast;
+        candidate.matched = listing.matches;
+        if (listing.listed()) {
+            candidate.listedIndex = qint32(listed.size());
+            listed.append(poem);
+        }
+        live.push_back(candidate);
+    }
+    m_trashCount = m_counts.trashCount;
+    return true;
+}
+
+// The filters applied again to what the last walk read; a search that only narrows the
+// previous one reads only the texts that matched it.
+void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
+{
+    const RememberedSearch *remembered = rememberedSearch();
+    const bool narrows =
+        !remembered && m_searchedFor.mode == m_builtFor.mode &&
+        (m_searchedFor.everything || (narrowsNeedle(m_searchedFor.needles.text, m_needles.text) &&
+                                      narrowsNeedle(m_searchedFor.needles.titleKey, m_needles.titleKey)));
+    m_counts = LibraryCounts{};
+    m_counts.trashCount = m_trashCount;
+    m_scopeTotal = 0;
+    m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
+    listed.clear();
+    listed.reserve(qsizetype(m_live.size()));
+    // The texts lie scattered over the heap; fetching a few poems ahead keeps the memory
+    // busy while the search scans.
+    constexpr size_t ahead = 4;
+    const auto prefetch = [this, narrows, remembered](size_t i) {
+        if (i < m_live.size() && !remembered && (!narrows || m_live[i].matched))
+            m_live[i].derived->prefetchFolded();
+    };
+    for (size_t i = 0; i < ahead; ++i)
+        prefetch(i);
+    for (size_t i = 0; i < m_live.size(); ++i) {
+        Candidate &candidate = m_live[i];
+        prefetch(i + ahead);
+        if (i + 2 * ahead < m_live.size())
+            __builtin_prefetch(m_live[i + 2 * ahead].derived);
+        Listing listing;
+        listing.known = true;
+        listing.live = true;
+        listing.published = candidate.published;
+        listing.podcast = candidate.podcast;
+        std::optional<bool> knownMatch;
+        if (remembered)
+            knownMatch = bool(remembered->matched[i]);
+        else if (narrows && !candidate.matched)
+            knownMatch = false;
+        decide(listing, *candidate.derived, knownMatch);
+        count(listing, 1);
+        candidate.matched = listing.matches;
+        candidate.listedIndex = -1;
+        listing.row = listing.listed() ? candidate.poem : nullptr;
+        listingSlot(candidate.storeKey) = listing;
+        if (listing.listed()) {
+            candidate.listedIndex = qint32(listed.size());
+            listed.append(m_poems[size_t(candidate.poemIndex)]);
+        }
+    }
+}
+
+// Deleting a letter returns to a search made a keystroke ago; its verdicts hold while no
+// poem has changed.
+const LibraryBrowser::RememberedSearch *LibraryBrowser::rememberedSearch() const
+{
+    const auto found = std::find_if(m_rememberedSearches.cbegin(), m_rememberedSearches.cend(),
+                                    [this](const RememberedSearch &search) {
+                                        return search.mode == m_builtFor.mode && search.needles == m_needles;
+                                    });
+    return found == m_rememberedSearches.cend() ? nullptr : &*found;
+}
+
+void LibraryBrowser::rememberSearch()
+{
+    if (m_builtFor.search.isEmpty() || rememberedSearch())
+        return;
+    if (m_rememberedSearches.size() >= rememberedSearchLimit)
+        m_rememberedSearches.erase(m_rememberedSearches.begin());
+    RememberedSearch search{m_builtFor.mode, m_needles, std::vector<bool>(m_live.size())};
+    for (size_t i = 0; i < m_live.size(); ++i)
+        search.matched[i] = m_live[i].matched;
+    m_rememberedSearches.push_back(std::move(search));
+}
+
+// A notice of changed poems changes the set only when one of them came or went.
+void LibraryBrowser::noteChangedPoems(const QSet<qint64> &poemKeys)
+{
+    m_unchangedSinceWalk = false;
+    if (!m_poemsCurrent)
+        return;
+    if (poemKeys.size() > incrementalLimit) {
+        m_poemsCurrent = false;
+        return;
+    }
+    for (const qint64 key : poemKeys) {
+        const auto known =
+            std::lower_bound(m_poems.cbegin(), m_poems.cend(), key,
+                             [](const PoemPtr &poem, qint64 wanted) { return poem->storeKey() < wanted; });
+        const Poem *knownPoem = known != m_poems.cend() && (*known)->storeKey() == key ? known->get() : nullptr;
+        if (m_context.poemWithKey(key).get() != knownPoem) {
+            m_poemsCurrent = false;
+            return;
+        }
+    }
+}
+
+// The order of every poem in the walk is kept per sort mode while no poem changes; the
+// rows are the listed ones in that order, which spares sorting on each search keystroke.
+QList<PoemPtr> LibraryBrowser::rowsInOrder(QList<PoemPtr> &listed)
+{
+    const std::vector<Candidate> &live = m_live;
+    BaseOrder &base = m_baseOrders[size_t(m_builtFor.sort)];
+    if (!base.valid || base.revision != m_cache.revision()) {
+        std::vector<Candidate> sorted = live;
+        sortCandidates(sorted);
+        base.positions.resize(sorted.size());
+        std::transform(sorted.cbegin(), sorted.cend(), base.positions.begin(),
+                       [](const Candidate &candidate) { return qint32(candidate.storeOrder); });
+        base.revision = m_cache.revision();
+        base.valid = true;
+    }
+    QList<PoemPtr> rows;
+    rows.reserve(listed.size());
+    for (const qint32 position : base.positions) {
+        const qint32 index = live[size_t(position)].listedIndex;
+        if (index < 0)
+            continue;
+        Q_ASSERT(listed.at(index).get() == live[size_t(position)].poem);
+        rows.append(std::move(listed[index]));
+    }
+    return rows;
 }
 
 bool LibraryBrowser::prepareSearch(qsizetype count)
@@ -421,17 +599,17 @@ bool LibraryBrowser::matchesSearch(DerivedPoemText &derived, const SearchNeedles
     return false;
 }
 
-bool LibraryBrowser::inScope(const Poem &poem, DerivedPoemText &derived, SidebarScope scope) const
+bool LibraryBrowser::inScope(const Listing &listing, SidebarScope scope)
 {
     switch (scope) {
     case SidebarScope::archive:
         return true;
     case SidebarScope::missingText:
-        return !derived.hasUsableText();
+        return !listing.hasText;
     case SidebarScope::published:
-        return poem.isPublished();
+        return listing.published;
     case SidebarScope::podcast:
-        return poem.inPodcast();
+        return listing.podcast;
     }
     return false;
 }
@@ -448,12 +626,12 @@ void LibraryBrowser::sortCandidates(std::vector<Candidate> &candidates) const
     switch (m_builtFor.sort) {
     case PoemSortMode::recentlyChanged:
         for (Candidate &candidate : candidates)
-            candidate.stamp = stampOf(candidate.poem->updatedAt());
+            candidate.stamp = candidate.derived->updatedStamp();
         std::sort(candidates.begin(), candidates.end(), byStampThenStore);
         return;
     case PoemSortMode::date:
         for (Candidate &candidate : candidates)
-            candidate.stamp = stampOf(candidate.poem->date());
+            candidate.stamp = candidate.derived->dateStamp();
         std::sort(candidates.begin(), candidates.end(), byStampThenStore);
         return;
     case PoemSortMode::title:
@@ -464,7 +642,7 @@ void LibraryBrowser::sortCandidates(std::vector<Candidate> &candidates) const
         return;
     case PoemSortMode::missingTextFirst:
         for (Candidate &candidate : candidates) {
-            candidate.stamp = stampOf(candidate.poem->updatedAt());
+            candidate.stamp = candidate.derived->updatedStamp();
             setTitleKey(candidate);
         }
         std::sort(candidates.begin(), candidates.end(), [&](const Candidate &a, const Candidate &b) {

@@ -17,6 +17,7 @@
 #include <QSet>
 #include <QStringList>
 
+#include <array>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -31,6 +32,9 @@ class LibraryBrowser {
 
 public:
     explicit LibraryBrowser(ArchiveContext &context);
+    ~LibraryBrowser();
+    LibraryBrowser(const LibraryBrowser &) = delete;
+    LibraryBrowser &operator=(const LibraryBrowser &) = delete;
 
     // The outcome of a list action: the poem it made or moved and the status line. The rows
     // follow through applyChanges with the context's notice of the save. A failed
@@ -96,7 +100,8 @@ public:
     ArchiveContext &context() const { return m_context; }
 
 private:
-    // A poem on its way into the rows, with the keys its sort compares.
+    // A live poem of the last walk: what the filters and the sort read of it, kept until
+    // a poem changes.
     struct Candidate {
         const Poem *poem = nullptr;
         DerivedPoemText *derived = nullptr;
@@ -106,12 +111,41 @@ private:
         const QByteArray *titleKey = nullptr;
         // The key's first eight bytes, so most comparisons stay in the candidate.
         quint64 titlePrefix = 0;
+        qint64 storeKey = 0;
+        qint32 poemIndex = 0;    // in m_poems
+        qint32 listedIndex = -1; // among the poems fetched for the rows
         bool hasText = false;
+        bool published = false;
+        bool podcast = false;
+        bool matched = false; // by the last search
+    };
+
+    // Walk positions in one sort mode's order, as of a revision of the cache.
+    struct BaseOrder {
+        std::vector<qint32> positions;
+        quint64 revision = 0;
+        bool valid = false;
     };
 
     struct SearchNeedles {
         QByteArray text;     // for title, text and category
         QByteArray titleKey; // for titleNormalized: the search text's own title key
+        bool operator==(const SearchNeedles &other) const = default;
+    };
+
+    // A search's verdict on each poem of the walk, by position.
+    struct RememberedSearch {
+        SearchMode mode = SearchMode::title;
+        SearchNeedles needles;
+        std::vector<bool> matched;
+    };
+    static constexpr size_t rememberedSearchLimit = 8;
+
+    // The search whose verdicts the candidates keep.
+    struct SearchedFor {
+        bool everything = true;
+        SearchMode mode = SearchMode::title;
+        SearchNeedles needles;
     };
 
     // What the rows were last rebuilt for; a change of any of it needs a rebuild.
@@ -141,12 +175,19 @@ private:
 
     Filters currentFilters() const;
     bool matchesSearch(DerivedPoemText &derived, const SearchNeedles &needles) const;
-    bool inScope(const Poem &poem, DerivedPoemText &derived, SidebarScope scope) const;
+    static bool inScope(const Listing &listing, SidebarScope scope);
+    void decide(Listing &listing, DerivedPoemText &texts, std::optional<bool> knownMatch) const;
+    const RememberedSearch *rememberedSearch() const;
+    void rememberSearch();
     // derived: the poem's entry when the caller has it, else null.
     Listing listingOf(const Poem &poem, DerivedPoemText *derived) const;
     void count(const Listing &listing, int sign);
     Listing &listingSlot(qint64 storeKey);
     void rebuildCategoryFilters();
+    bool walkPoems(QList<PoemPtr> &listed);
+    void relistWalked(QList<PoemPtr> &listed);
+    void noteChangedPoems(const QSet<qint64> &poemKeys);
+    QList<PoemPtr> rowsInOrder(QList<PoemPtr> &listed);
     void sortCandidates(std::vector<Candidate> &candidates) const;
     void sortByCategory(std::vector<Candidate> &candidates) const;
     bool sortsBefore(const Poem &a, const Poem &b) const;
@@ -185,4 +226,13 @@ private:
     std::vector<int> m_countsByCategoryId;
     std::vector<Listing> m_listings; // by store key
     qsizetype m_preparePosition = 0;
+    std::array<BaseOrder, allPoemSortModes.size()> m_baseOrders;
+    std::vector<PoemPtr> m_poems; // every poem of the last walk, by store key
+    bool m_poemsCurrent = false;  // whether the context still holds exactly those
+    bool m_unchangedSinceWalk = false;
+    std::vector<Candidate> m_live; // the live poems of the last walk, in its order
+    int m_trashCount = 0;          // as the last walk counted
+    SearchedFor m_searchedFor;
+    std::vector<RememberedSearch> m_rememberedSearches; // while no poem changed
+    QMetaObject::Connection m_changeConnection;
 };

@@ -8,7 +8,8 @@ DerivedPoemText &PoemTextCache::entry(const Poem &poem)
 {
     DerivedPoemText &found = m_entries[poem.storeKey()];
     found.lastUse = m_generation;
-    found.refresh(poem, m_categories);
+    if (found.refresh(poem, m_categories))
+        ++m_revision;
     return found;
 }
 
@@ -18,9 +19,11 @@ DerivedPoemText &PoemTextCache::entryAt(qsizetype position, const Poem &poem)
     if (index < m_walk.size() && m_walk[index].storeKey == poem.storeKey()) {
         DerivedPoemText &known = *m_walk[index].entry;
         known.lastUse = m_generation;
-        known.refresh(poem, m_categories);
+        if (known.refresh(poem, m_categories))
+            ++m_revision;
         return known;
     }
+    ++m_revision;
     DerivedPoemText &found = entry(poem);
     if (index >= m_walk.size())
         m_walk.resize(index + 1, Known{-1, nullptr});
@@ -41,8 +44,10 @@ qsizetype PoemTextCache::foldFrom(qsizetype position, qsizetype count)
 void PoemTextCache::pruneUnused(int livePoemCount)
 {
     // Positions past this walk may name entries that are about to go.
-    if (m_walk.size() > size_t(livePoemCount))
+    if (m_walk.size() > size_t(livePoemCount)) {
         m_walk.resize(size_t(livePoemCount));
+        ++m_revision;
+    }
     const unsigned current = m_generation++;
     if (m_entries.size() <= size_t(livePoemCount) + size_t(livePoemCount) / 4 + 64)
         return;

@@ -26,6 +26,9 @@ public:
     // Forgets poems not looked at since the previous call, once they pile up.
     void pruneUnused(int livePoemCount);
     qsizetype size() const { return qsizetype(m_entries.size()); }
+    // Changes whenever the walk's poems, their positions or anything a list order compares
+    // may have changed, so an order found earlier still holds while it stays the same.
+    quint64 revision() const { return m_revision; }
 
 private:
     struct Known {
@@ -37,4 +40,5 @@ private:
     std::vector<Known> m_walk; // the previous walk, by position
     CategoryNameTable m_categories;
     unsigned m_generation = 0;
+    quint64 m_revision = 0;
 };
