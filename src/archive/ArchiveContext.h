@@ -57,6 +57,9 @@ public:
     PoemPtr poemWithKey(qint64 storeKey) const;
 
     bool hasChanges() const;
+    // Poems changed here since the last save or rollback; the library trusts what it read
+    // before only while this is zero.
+    int changedPoemCount() const { return int(m_changed.size()); }
     Result<void> save();
     void rollback();
     // Returns these poems to their last saved state and leaves every other change as it
