@@ -33,6 +33,7 @@
 #include "editor/gui/PoemEditorActions.h"
 #include "editor/gui/PoemEditorPane.h"
 #include "editor/gui/RichPoemTextView.h"
+#include "editor/gui/VerseGutter.h"
 #include "import/CSVImporter.h"
 #include "import/ImportStateFiles.h"
 #include "import/ImportUndo.h"
@@ -383,6 +384,8 @@ private Q_SLOTS:
 
             QTest::keyClick(detail->notesField(), Qt::Key_End, Qt::ControlModifier);
             QTest::keyClicks(detail->notesField(), QStringLiteral(" B"));
+            // The title field shows a long title from its beginning: type at its end.
+            QTest::keyClick(detail->titleField(), Qt::Key_End);
             QTest::keyClicks(detail->titleField(), QStringLiteral("!"));
             QVERIFY2(!context.hasChanges(), test.name);
             QVERIFY2(poem->writerNotes().value_or(QString()) == test.expected.notes + QStringLiteral(" B"), test.name);
@@ -861,7 +864,11 @@ private Q_SLOTS:
         QVERIFY(reveal->width() >= reveal->sizeHint().width());
         QVERIFY(reveal->mapTo(window.sidebar(), QPoint(reveal->width(), 0)).x() <= window.sidebar()->width());
 
-        // The poem text shows at least eight lines.
+        // The poem text shows at least eight lines, with the verse gutter beside it.
+        const auto *gutter = window.detailView()->editorPane()->findChild<VerseGutter *>();
+        QVERIFY(gutter);
+        QTRY_VERIFY(gutter->isVisible());
+        QApplication::processEvents();
         const RichPoemTextView *body = window.detailView()->editorPane()->textView();
         // A line as laid out, leading included; the page margin scrolls away with the text.
         const QTextLayout *firstLine = body->document()->firstBlock().layout();

@@ -324,7 +324,9 @@ private Q_SLOTS:
         for (int trial = 0; trial < restoreTrials; ++trial) {
             const QString dataDir = m_dir.filePath(QStringLiteral("restore-%1").arg(trial));
             QProcess *process = run(dataDir);
-            QTest::qSleep(int(random.bounded(fullRun)));
+            // Up to twice the full run: a restore is one transaction, so only kills around its
+            // end show the restored side.
+            QTest::qSleep(int(random.bounded(2 * fullRun)));
             process->kill();
             process->waitForFinished(10000);
             delete process;

@@ -25,7 +25,7 @@ public:
     static QString sampleVerseLine();
     static constexpr double minimumInset = 8;
     // The smallest the text is shown to keep a verse line whole.
-    static constexpr double minimumTextScale = 0.7;
+    static constexpr double minimumTextScale = 0.6;
     double textScale() const { return m_textScale; }
 
     explicit RichPoemTextView(QWidget *parent = nullptr);
