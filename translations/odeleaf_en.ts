@@ -60,10 +60,6 @@
         <source>„%1“ wurde in einem anderen Programm geändert und deshalb nicht endgültig gelöscht. Beim nächsten Löschen geht diese Änderung verloren.</source>
         <translation>“%1” was changed in another program and was therefore not deleted permanently. Deleting it again discards that change.</translation>
     </message>
-    <message>
-        <source>vor Bearbeitung</source>
-        <translation>before editing</translation>
-    </message>
 </context>
 <context>
     <name>ArchiveOperations</name>
@@ -440,10 +436,6 @@
         <translation>CSV selection cancelled.</translation>
     </message>
     <message>
-        <source>vor CSV-Import</source>
-        <translation>before CSV import</translation>
-    </message>
-    <message>
         <source>Die Kategorien der Tabelle wurden nicht in die Liste übernommen: %1</source>
         <translation>The spreadsheet’s categories were not added to the list: %1</translation>
     </message>
@@ -461,17 +453,6 @@
     <message>
         <source>kein UTF-16, UTF-8 ungültig ab Byte %1 (0x%2)</source>
         <translation>not UTF-16, UTF-8 invalid from byte %1 (0x%2)</translation>
-    </message>
-</context>
-<context>
-    <name>CategoryCatalog</name>
-    <message>
-        <source>vor Entfernen der Kategorie</source>
-        <translation>before removing the category</translation>
-    </message>
-    <message>
-        <source>vor Umbenennen der Kategorie</source>
-        <translation>before renaming the category</translation>
     </message>
 </context>
 <context>
@@ -1016,13 +997,6 @@ Qt %4</translation>
     </message>
 </context>
 <context>
-    <name>ImportApplier</name>
-    <message>
-        <source>vor Textimport</source>
-        <translation>before text import</translation>
-    </message>
-</context>
-<context>
     <name>ImportProposalTableModel</name>
     <message>
         <source>— keine Zuordnung —</source>
@@ -1411,10 +1385,6 @@ Qt %4</translation>
         <source>Achtung: %1 Dateien wurden nicht gespeichert (%2).</source>
         <translation>Warning: %1 files were not saved (%2).</translation>
     </message>
-    <message>
-        <source>vor Bildimport</source>
-        <translation>before image import</translation>
-    </message>
 </context>
 <context>
     <name>ImportStateFiles</name>
@@ -1444,10 +1414,6 @@ Qt %4</translation>
     <message>
         <source>Letzter Import rückgängig gemacht: 1 Gedicht wiederhergestellt.</source>
         <translation>Last import undone: 1 poem restored.</translation>
-    </message>
-    <message>
-        <source>vor Import rückgängig</source>
-        <translation>before undoing the import</translation>
     </message>
 </context>
 <context>
@@ -2501,6 +2467,53 @@ kept unchanged</translation>
     </message>
 </context>
 <context>
+    <name>PoemVersion</name>
+    <message>
+        <source>vor Bearbeitung</source>
+        <translation>before editing</translation>
+    </message>
+    <message>
+        <source>vor Entfernen der Kategorie</source>
+        <translation>before removing the category</translation>
+    </message>
+    <message>
+        <source>vor Umbenennen der Kategorie</source>
+        <translation>before renaming the category</translation>
+    </message>
+    <message>
+        <source>vor Wiederherstellung von Fassung %1</source>
+        <translation>before restoring version %1</translation>
+    </message>
+    <message>
+        <source>Bearbeitung</source>
+        <translation>Editing</translation>
+    </message>
+    <message>
+        <source>von Hand gesichert</source>
+        <translation>saved by hand</translation>
+    </message>
+    <message>
+        <source>vor Wiederherstellung</source>
+        <translation>before restore</translation>
+    </message>
+    <message>
+        <source>vor CSV-Import</source>
+        <translation>before CSV import</translation>
+    </message>
+    <message>
+        <source>vor Textimport</source>
+        <translation>before text import</translation>
+    </message>
+    <message>
+        <source>vor Bildimport</source>
+        <translation>before image import</translation>
+    </message>
+    <message>
+        <source>vor Import rückgängig</source>
+        <translation>before undoing the import</translation>
+    </message>
+</context>
+<context>
     <name>PoemVersionStore</name>
     <message>
         <source>Die Fassung ist beschädigt.</source>
@@ -2518,20 +2531,8 @@ kept unchanged</translation>
         <translation>The poem has not been saved yet.</translation>
     </message>
     <message>
-        <source>Bearbeitung</source>
-        <translation>Editing</translation>
-    </message>
-    <message>
-        <source>von Hand gesichert</source>
-        <translation>saved by hand</translation>
-    </message>
-    <message>
         <source>Fassung %1 gibt es nicht.</source>
         <translation>There is no version %1.</translation>
-    </message>
-    <message>
-        <source>vor Wiederherstellung von Fassung %1</source>
-        <translation>before restoring version %1</translation>
     </message>
     <message>
         <source>Fassung gesichert.</source>
@@ -2756,13 +2757,6 @@ kept unchanged</translation>
     <message>
         <source>Ergänzen und aktualisieren</source>
         <translation>Add and Update</translation>
-    </message>
-</context>
-<context>
-    <name>RestorePlanner</name>
-    <message>
-        <source>vor Wiederherstellung</source>
-        <translation>before restore</translation>
     </message>
 </context>
 <context>
@@ -3294,10 +3288,6 @@ kept unchanged</translation>
     <message>
         <source>Text importiert aus %1. Rückgängig ist im Hauptfenster verfügbar.</source>
         <translation>Text imported from %1. You can undo it in the main window.</translation>
-    </message>
-    <message>
-        <source>vor Textimport</source>
-        <translation>before text import</translation>
     </message>
 </context>
 <context>

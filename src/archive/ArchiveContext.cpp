@@ -2,6 +2,7 @@
 
 #include "archive/PoemMerge.h"
 #include "archive/PoemStore.h"
+#include "archive/PoemVersion.h"
 
 #include <QStringList>
 
@@ -361,7 +362,9 @@ Result<void> ArchiveContext::keepReplacedVersion(PoemStore::Write &store, const 
             return {};
         }
     }
-    const auto kept = store.recordVersion(row, m_versionReason.value_or(tr("vor Bearbeitung")), QString(), now());
+    const auto kept = store.recordVersion(
+        row, m_versionReason.value_or(PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "vor Bearbeitung"))),
+        QString(), now());
     if (!kept)
         return kept.error();
     // Only a committed version counts; a failed save asks again next time.

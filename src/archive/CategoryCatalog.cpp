@@ -2,6 +2,7 @@
 
 #include "archive/AppPreferences.h"
 #include "archive/ArchiveContext.h"
+#include "archive/PoemVersion.h"
 #include "archive/TextComparison.h"
 #include "archive/VersionReason.h"
 
@@ -74,10 +75,10 @@ int CategoryCatalog::updatePoems(ArchiveContext &context, const QString &categor
                                  const QDateTime &now)
 {
     const auto poems = context.fetch([&category](const Poem &poem) { return poem.category() == category; });
-    const VersionReason reason(context,
-                               replacement.isEmpty()
-                                   ? QCoreApplication::translate("CategoryCatalog", "vor Entfernen der Kategorie")
-                                   : QCoreApplication::translate("CategoryCatalog", "vor Umbenennen der Kategorie"));
+    const VersionReason reason(
+        context, replacement.isEmpty()
+                     ? PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "vor Entfernen der Kategorie"))
+                     : PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "vor Umbenennen der Kategorie")));
     for (const PoemPtr &poem : poems) {
         poem->setCategory(replacement);
         poem->setUpdatedAt(now);

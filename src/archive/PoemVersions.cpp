@@ -4,6 +4,7 @@
 #include "archive/PoemEdit.h"
 #include "archive/PoemFactory.h"
 #include "archive/PoemStore.h"
+#include "archive/PoemVersion.h"
 #include "archive/VersionReason.h"
 
 namespace {
@@ -44,7 +45,9 @@ Result<bool> PoemVersions::recordSessionEnd(ArchiveContext &context, const Poem 
     if (poem.storeRowKey() == 0 || poem.context() != &context)
         return false;
     return inWrite<bool>(context, [&](PoemStore::Write &write) -> Result<bool> {
-        const auto kept = write.recordVersion(poem.storeRowKey(), tr("Bearbeitung"), QString(), context.now(), true);
+        const auto kept = write.recordVersion(poem.storeRowKey(),
+                                              PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "Bearbeitung")),
+                                              QString(), context.now(), true);
         if (!kept)
             return kept.error();
         return kept->has_value();
@@ -56,7 +59,9 @@ Result<qint64> PoemVersions::saveByHand(ArchiveContext &context, const Poem &poe
     if (poem.storeRowKey() == 0)
         return notSaved();
     return inWrite<qint64>(context, [&](PoemStore::Write &write) -> Result<qint64> {
-        const auto kept = write.recordVersion(poem.storeRowKey(), tr("von Hand gesichert"), name, context.now());
+        const auto kept = write.recordVersion(
+            poem.storeRowKey(), PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "von Hand gesichert")), name,
+            context.now());
         if (!kept)
             return kept.error();
         if (!*kept)
@@ -84,7 +89,8 @@ Result<PoemVersion> PoemVersions::version(ArchiveContext &context, const Poem &p
 
 QString PoemVersions::restoreReason(qint64 number)
 {
-    return tr("vor Wiederherstellung von Fassung %1").arg(number);
+    // The number is part of the key; reasonText() finds it again.
+    return QStringLiteral("vor Wiederherstellung von Fassung %1").arg(number);
 }
 
 Result<void> PoemVersions::restore(ArchiveContext &context, Poem &poem, qint64 number)

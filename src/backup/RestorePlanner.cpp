@@ -2,6 +2,7 @@
 
 #include "archive/ArchiveContext.h"
 #include "archive/PoemStore.h"
+#include "archive/PoemVersion.h"
 #include "archive/VersionReason.h"
 #include "backup/BackupExporter.h"
 #include "backup/BackupReader.h"
@@ -96,7 +97,8 @@ RestorePreview RestorePlanner::preview(Backup backup, const QList<PoemPtr> &loca
 Result<RestoreCounts> RestorePlanner::restore(const Backup &backup, ArchiveContext &context, RestoreMode mode)
 {
     RestoreCounts counts;
-    const VersionReason reason(context, QCoreApplication::translate("RestorePlanner", "vor Wiederherstellung"));
+    const VersionReason reason(context,
+                               PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "vor Wiederherstellung")));
     PoemMap map = poemMap(context.fetch());
     for (const PoemBackup &entry : backup.poems) {
         const auto key = matchKey(entry);

@@ -2,6 +2,7 @@
 
 #include "archive/ArchiveContext.h"
 #include "archive/CategoryCatalog.h"
+#include "archive/PoemVersion.h"
 #include "archive/VersionReason.h"
 #include "backup/BackupExporter.h"
 #include "import/CSVDateParser.h"
@@ -246,7 +247,7 @@ CSVImportResult CSVImporter::apply(const CSVPreparedImport &prepared, ArchiveCon
     }
     result.safetyBackupPath = *safetyBackup;
 
-    const VersionReason reason(context, tr("vor CSV-Import"));
+    const VersionReason reason(context, PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "vor CSV-Import")));
     applyRows(*prepared.document, context, now.toUTC(), result);
     // A failed save keeps the rows in memory for a later save; the safety backup is the way back.
     if (context.hasChanges()) {

@@ -1,12 +1,13 @@
 #include "import/ImportApplier.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/PoemVersion.h"
 #include "archive/VersionReason.h"
 
 ImportApplier::ImportApplier(ArchiveContext &context, UndoWriter writeUndo, int batchSize)
     : m_context(context), m_writeUndo(std::move(writeUndo)), m_batchSize(std::max(1, batchSize)),
       m_clock([] { return QDateTime::currentDateTimeUtc(); }),
-      m_versionReason(QCoreApplication::translate("ImportApplier", "vor Textimport"))
+      m_versionReason(PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "vor Textimport")))
 {
     // Trashed poems too: a file chosen for a poem that went to the trash still finds it.
     for (const PoemPtr &poem : context.fetch()) {

@@ -1,6 +1,7 @@
 #include "import/ImportRun.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/PoemVersion.h"
 #include "backup/BackupExporter.h"
 #include "editor/PoemRichText.h"
 #include "import/ExtractError.h"
@@ -180,7 +181,7 @@ void ImportRun::begin()
     m_applyStarted = true;
     m_applier = std::make_unique<ImportApplier>(m_context, &ImportStateFiles::saveUndo, m_settings.batchSize);
     if (m_settings.imagesOnly)
-        m_applier->setVersionReason(tr("vor Bildimport"));
+        m_applier->setVersionReason(PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "vor Bildimport")));
     m_editorFont = ImportedRichText::EditorFont::current();
     m_report.title = m_settings.imagesOnly ? ImportReport::imageImportTitle() : ImportReport::textImportTitle();
     for (const QString &file : std::as_const(m_settings.unreadableFiles)) {

@@ -1,6 +1,7 @@
 #include "import/ImportUndo.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/PoemVersion.h"
 #include "archive/VersionReason.h"
 #include "import/ImportStateFiles.h"
 
@@ -18,7 +19,8 @@ Result<QString> ImportUndo::undoLastImport(ArchiveContext &context, const QDateT
     if (!loaded->has_value() || (*loaded)->isEmpty())
         return nothingToUndoText();
     int restored = 0;
-    const VersionReason reason(context, tr("vor Import rückgängig"));
+    const VersionReason reason(context,
+                               PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "vor Import rückgängig")));
     for (const ImportUndoItem &item : **loaded) {
         const PoemPtr poem = context.poemWithID(item.id);
         // A poem that already has its old body was not changed by the import (or was undone).

@@ -1,6 +1,7 @@
 #include "import/SinglePoemImport.h"
 
 #include "archive/ArchiveContext.h"
+#include "archive/PoemVersion.h"
 #include "archive/VersionReason.h"
 #include "editor/RtfCodePage.h"
 #include "import/ExtractError.h"
@@ -91,7 +92,7 @@ Result<QString> SinglePoemImport::apply(ArchiveContext &context, Poem &poem, con
     poem.setText(imported.text);
     poem.setRichTextData(imported.richTextData);
     poem.setUpdatedAt(now);
-    const VersionReason reason(context, tr("vor Textimport"));
+    const VersionReason reason(context, PoemVersion::reasonKey(QT_TRANSLATE_NOOP("PoemVersion", "vor Textimport")));
     if (auto saved = context.save(); !saved) {
         context.rollback();
         return saved.error();

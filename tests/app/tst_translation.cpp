@@ -217,7 +217,11 @@ private Q_SLOTS:
         QCOMPARE(ImportReviewOptions::importDOCXLabel(), QStringLiteral("Import DOCX"));
         QCOMPARE(displayTitle(SidebarScope::missingText), QStringLiteral("Without Text"));
         QCOMPARE(PoemRow{}.displayTitle(), QStringLiteral("Untitled Poem"));
-        QCOMPARE(PoemVersions::restoreReason(3), QStringLiteral("before restoring version 3"));
+        // Reasons are kept as German keys and read in the interface language.
+        PoemVersion restored;
+        restored.reason = PoemVersions::restoreReason(3);
+        QCOMPARE(restored.label(), QStringLiteral("before restoring version 3"));
+        QCOMPARE(PoemVersion::reasonText(QStringLiteral("vor Wiederherstellung")), QStringLiteral("before restore"));
     }
 
     // A saved report keeps keys, shown in the language of the day; figures follow that language.
