@@ -49,7 +49,8 @@ void UpdateManager::setAutomaticallyChecksForUpdates(bool enabled)
     if (enabled == m_automatic)
         return;
     m_automatic = enabled;
-    AppPreferences::setAutomaticallyChecksForUpdates(enabled);
+    if (auto stored = AppPreferences::setAutomaticallyChecksForUpdates(enabled); !stored)
+        Q_EMIT preferenceNotStored(stored.errorMessage());
     Q_EMIT automaticallyChecksForUpdatesChanged(enabled);
 }
 
@@ -136,7 +137,8 @@ void UpdateManager::finishCheck(QNetworkReply *reply)
 
     if (outcome.kind != UpdateCheckOutcome::Kind::failed) {
         m_lastCheck = QDateTime::currentDateTimeUtc();
-        AppPreferences::setLastUpdateCheckDate(*m_lastCheck);
+        if (auto stored = AppPreferences::setLastUpdateCheckDate(*m_lastCheck); !stored)
+            Q_EMIT preferenceNotStored(stored.errorMessage());
         Q_EMIT lastUpdateCheckDateChanged();
     }
     setCanCheck(true);

@@ -57,6 +57,7 @@ Q_SIGNALS:
     void automaticallyChecksForUpdatesChanged(bool enabled);
     void lastUpdateCheckDateChanged();
     void checkFinished(const UpdateCheckOutcome &outcome);
+    void preferenceNotStored(const QString &message);
 
 private:
     void beginCheck(bool userInitiated);

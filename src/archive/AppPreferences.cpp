@@ -160,9 +160,9 @@ std::optional<QString> AppPreferences::searchMode()
     return settings.value(keySearchMode).toString();
 }
 
-void AppPreferences::setSearchMode(const QString &label)
+Result<void> AppPreferences::setSearchMode(const QString &label)
 {
-    (void)setValue(keySearchMode, label);
+    return setValue(keySearchMode, label);
 }
 
 bool AppPreferences::searchTitleOnly()
@@ -170,9 +170,9 @@ bool AppPreferences::searchTitleOnly()
     return flag(keySearchTitleOnly);
 }
 
-void AppPreferences::setSearchTitleOnly(bool value)
+Result<void> AppPreferences::setSearchTitleOnly(bool value)
 {
-    (void)setValue(keySearchTitleOnly, value);
+    return setValue(keySearchTitleOnly, value);
 }
 
 bool AppPreferences::showsVerseTools()
@@ -180,9 +180,9 @@ bool AppPreferences::showsVerseTools()
     return flag(keyVerseTools);
 }
 
-void AppPreferences::setShowsVerseTools(bool value)
+Result<void> AppPreferences::setShowsVerseTools(bool value)
 {
-    (void)setValue(keyVerseTools, value);
+    return setValue(keyVerseTools, value);
 }
 
 bool AppPreferences::automaticDailyBackupEnabled()
@@ -190,9 +190,9 @@ bool AppPreferences::automaticDailyBackupEnabled()
     return flag(keyDailyBackup);
 }
 
-void AppPreferences::setAutomaticDailyBackupEnabled(bool value)
+Result<void> AppPreferences::setAutomaticDailyBackupEnabled(bool value)
 {
-    (void)setValue(keyDailyBackup, value);
+    return setValue(keyDailyBackup, value);
 }
 
 QString AppPreferences::lastAutomaticBackupDay()
@@ -200,9 +200,9 @@ QString AppPreferences::lastAutomaticBackupDay()
     return string(keyLastDailyBackup);
 }
 
-void AppPreferences::setLastAutomaticBackupDay(const QString &day)
+Result<void> AppPreferences::setLastAutomaticBackupDay(const QString &day)
 {
-    (void)setValue(keyLastDailyBackup, day);
+    return setValue(keyLastDailyBackup, day);
 }
 
 QString AppPreferences::defaultRhymeProvider()
@@ -210,9 +210,9 @@ QString AppPreferences::defaultRhymeProvider()
     return string(keyRhymeProvider);
 }
 
-void AppPreferences::setDefaultRhymeProvider(const QString &identifier)
+Result<void> AppPreferences::setDefaultRhymeProvider(const QString &identifier)
 {
-    (void)setValue(keyRhymeProvider, identifier);
+    return setValue(keyRhymeProvider, identifier);
 }
 
 QString AppPreferences::editorFontName()
@@ -221,9 +221,9 @@ QString AppPreferences::editorFontName()
     return name.isEmpty() ? QStringLiteral("Roboto") : name;
 }
 
-void AppPreferences::setEditorFontName(const QString &name)
+Result<void> AppPreferences::setEditorFontName(const QString &name)
 {
-    (void)setValue(keyEditorFont, name);
+    return setValue(keyEditorFont, name);
 }
 
 QString AppPreferences::poemFooterAuthor()
@@ -231,9 +231,9 @@ QString AppPreferences::poemFooterAuthor()
     return string(keyFooterAuthor, accountName());
 }
 
-void AppPreferences::setPoemFooterAuthor(const QString &author)
+Result<void> AppPreferences::setPoemFooterAuthor(const QString &author)
 {
-    (void)setValue(keyFooterAuthor, author);
+    return setValue(keyFooterAuthor, author);
 }
 
 QString AppPreferences::poemFooterPlace()
@@ -241,9 +241,9 @@ QString AppPreferences::poemFooterPlace()
     return string(keyFooterPlace);
 }
 
-void AppPreferences::setPoemFooterPlace(const QString &place)
+Result<void> AppPreferences::setPoemFooterPlace(const QString &place)
 {
-    (void)setValue(keyFooterPlace, place);
+    return setValue(keyFooterPlace, place);
 }
 
 QStringList AppPreferences::poemCategories()
@@ -312,9 +312,9 @@ bool AppPreferences::automaticallyChecksForUpdates()
     return flag(keyAutomaticUpdateChecks);
 }
 
-void AppPreferences::setAutomaticallyChecksForUpdates(bool value)
+Result<void> AppPreferences::setAutomaticallyChecksForUpdates(bool value)
 {
-    (void)setValue(keyAutomaticUpdateChecks, value);
+    return setValue(keyAutomaticUpdateChecks, value);
 }
 
 std::optional<QDateTime> AppPreferences::lastUpdateCheckDate()
@@ -325,9 +325,9 @@ std::optional<QDateTime> AppPreferences::lastUpdateCheckDate()
     return date;
 }
 
-void AppPreferences::setLastUpdateCheckDate(const QDateTime &date)
+Result<void> AppPreferences::setLastUpdateCheckDate(const QDateTime &date)
 {
-    (void)setValue(keyLastUpdateCheck, date.toUTC().toString(Qt::ISODate));
+    return setValue(keyLastUpdateCheck, date.toUTC().toString(Qt::ISODate));
 }
 
 std::optional<QString> AppPreferences::resolvedFolder(FolderKind kind)

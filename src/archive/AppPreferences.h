@@ -25,31 +25,31 @@ public:
     static QString interfaceLanguage();
 
     static std::optional<QString> searchMode();
-    static void setSearchMode(const QString &label);
+    [[nodiscard]] static Result<void> setSearchMode(const QString &label);
     static bool searchTitleOnly();
-    static void setSearchTitleOnly(bool value);
+    [[nodiscard]] static Result<void> setSearchTitleOnly(bool value);
 
     // The verse gutter and metre beside the poem ("Versmaß"); on unless turned off.
     static bool showsVerseTools();
-    static void setShowsVerseTools(bool value);
+    [[nodiscard]] static Result<void> setShowsVerseTools(bool value);
 
     static bool automaticDailyBackupEnabled();
-    static void setAutomaticDailyBackupEnabled(bool value);
+    [[nodiscard]] static Result<void> setAutomaticDailyBackupEnabled(bool value);
     // The local day ("yyyy-MM-dd") of the last daily backup written; empty before the first.
     static QString lastAutomaticBackupDay();
-    static void setLastAutomaticBackupDay(const QString &day);
+    [[nodiscard]] static Result<void> setLastAutomaticBackupDay(const QString &day);
 
     // The stored provider identifier; the rhyme lookup maps unknown or empty to its first provider.
     static QString defaultRhymeProvider();
-    static void setDefaultRhymeProvider(const QString &identifier);
+    [[nodiscard]] static Result<void> setDefaultRhymeProvider(const QString &identifier);
 
     static QString editorFontName();
-    static void setEditorFontName(const QString &name);
+    [[nodiscard]] static Result<void> setEditorFontName(const QString &name);
 
     static QString poemFooterAuthor();
-    static void setPoemFooterAuthor(const QString &author);
+    [[nodiscard]] static Result<void> setPoemFooterAuthor(const QString &author);
     static QString poemFooterPlace();
-    static void setPoemFooterPlace(const QString &place);
+    [[nodiscard]] static Result<void> setPoemFooterPlace(const QString &place);
 
     // The list keeps the poet's order: the settings window appends new names and renames
     // in place, and nothing re-sorts what the poet arranged. Names the program adopts by
@@ -67,9 +67,9 @@ public:
     static Result<bool> renamePoemCategory(const QString &oldName, const QString &newName);
 
     static bool automaticallyChecksForUpdates();
-    static void setAutomaticallyChecksForUpdates(bool value);
+    [[nodiscard]] static Result<void> setAutomaticallyChecksForUpdates(bool value);
     static std::optional<QDateTime> lastUpdateCheckDate();
-    static void setLastUpdateCheckDate(const QDateTime &date);
+    [[nodiscard]] static Result<void> setLastUpdateCheckDate(const QDateTime &date);
 
     static std::optional<QString> resolvedFolder(FolderKind kind);
     static void saveFolder(const QString &folder, FolderKind kind);

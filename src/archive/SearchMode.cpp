@@ -51,8 +51,9 @@ SearchMode storedSearchMode()
     return AppPreferences::searchTitleOnly() ? SearchMode::title : SearchMode::all;
 }
 
-void storeSearchMode(SearchMode mode)
+Result<void> storeSearchMode(SearchMode mode)
 {
-    AppPreferences::setSearchMode(rawValue(mode));
-    AppPreferences::setSearchTitleOnly(mode == SearchMode::title);
+    if (auto stored = AppPreferences::setSearchMode(rawValue(mode)); !stored)
+        return stored;
+    return AppPreferences::setSearchTitleOnly(mode == SearchMode::title);
 }

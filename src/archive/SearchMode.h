@@ -1,5 +1,7 @@
 #pragma once
 
+#include "archive/Result.h"
+
 #include <QString>
 
 #include <array>
@@ -18,4 +20,4 @@ std::optional<SearchMode> searchModeFromRaw(const QString &raw);
 // The mode the window starts with: the stored label, else the older title-only switch.
 SearchMode storedSearchMode();
 // Remembers the mode and keeps the title-only switch in step for older readers.
-void storeSearchMode(SearchMode mode);
+Result<void> storeSearchMode(SearchMode mode);

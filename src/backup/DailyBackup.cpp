@@ -30,7 +30,8 @@ DailyBackup::Outcome DailyBackup::runDailyAutomaticBackupIfNeeded(ArchiveContext
         outcome.statusLine = BackupStatus::dailyBackupFailed(written.errorMessage());
         return outcome;
     }
-    AppPreferences::setLastAutomaticBackupDay(today);
+    // Without the day stored the backup runs again at the next start: say so.
+    const auto dayStored = AppPreferences::setLastAutomaticBackupDay(today);
     // Only now, with today's copy safe, may older daily copies go.
     if (auto pruned = SafetyBackupFolder::standard().prune(now); !pruned)
         qWarning().noquote() << pruned.errorMessage();
@@ -38,6 +39,8 @@ DailyBackup::Outcome DailyBackup::runDailyAutomaticBackupIfNeeded(ArchiveContext
     outcome.path = *written;
     outcome.poemCount = int(poems.size());
     outcome.statusLine = BackupStatus::dailyBackupCreated(outcome.poemCount, outcome.path);
+    if (!dayStored)
+        outcome.statusLine += QLatin1Char(' ') + dayStored.errorMessage();
     return outcome;
 }
 

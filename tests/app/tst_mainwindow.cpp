@@ -338,7 +338,9 @@ private Q_SLOTS:
             {"category removed",
              nothing,
              [](ArchiveContext &context, const PoemPtr &) {
-                 CategoryCatalog::removeCategory(context, QStringLiteral("Natur"), QDateTime::currentDateTimeUtc());
+                 QVERIFY(
+                     CategoryCatalog::removeCategory(context, QStringLiteral("Natur"), QDateTime::currentDateTimeUtc())
+                         .ok());
              },
              {"Herbst", "", false, "Notiz A", "Blätter"}},
             {"duplicates merged by another program",

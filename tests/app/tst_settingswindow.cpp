@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
@@ -227,6 +228,27 @@ private Q_SLOTS:
     }
 
     // Scrolling over the settings with the wheel changes no control until it has the focus.
+    // A preference that cannot be stored is said in the window, not dropped in silence.
+    void preferencesThatCannotBeStoredAreShown()
+    {
+        SettingsWindow window(context(), nullptr);
+        window.show();
+        // A folder where the preference file belongs: every write of it fails.
+        QVERIFY(QDir().mkdir(ApplicationSupport::preferencesPath()));
+        auto *author = child<QLineEdit>(window, QStringLiteral("footerAuthorField"));
+        auto *notStored = child<QLabel>(window, QStringLiteral("notStoredText"));
+        QVERIFY(notStored->isHidden());
+        QTest::keyClicks(author, QStringLiteral("Ida"));
+        QVERIFY(!notStored->isHidden());
+        QVERIFY2(notStored->text().startsWith(QStringLiteral("Die Einstellungen konnten nicht gespeichert werden: ")),
+                 qPrintable(notStored->text()));
+        QVERIFY(QDir().rmdir(ApplicationSupport::preferencesPath()));
+        QTest::keyClicks(author, QStringLiteral("!"));
+        QVERIFY(notStored->isHidden());
+        QCOMPARE(AppPreferences::poemFooterAuthor(), author->text());
+        QVERIFY(author->text().endsWith(QStringLiteral("Ida!")));
+    }
+
     void theWheelChangesOnlyTheFocusedControl()
     {
         WheelFocusGuard guard;
@@ -332,7 +354,8 @@ private Q_SLOTS:
         updates.setAutomaticallyChecksForUpdates(true);
         QVERIFY(toggle->isChecked());
 
-        AppPreferences::setLastUpdateCheckDate(QDateTime(QDate(2026, 11, 3), QTime(9, 30), Qt::LocalTime));
+        QVERIFY(
+            AppPreferences::setLastUpdateCheckDate(QDateTime(QDate(2026, 11, 3), QTime(9, 30), Qt::LocalTime)).ok());
         UpdateManager checkedBefore(QUrl(QStringLiteral("http://127.0.0.1:9/feed.xml")), QVersionNumber(1, 0));
         SettingsWindow later(context(), &checkedBefore);
         QVERIFY(child<QLabel>(later, QStringLiteral("updateStatus"))->text().startsWith(u"Letzte Prüfung: "));

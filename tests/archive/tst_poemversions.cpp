@@ -331,12 +331,12 @@ private Q_SLOTS:
             QVERIFY(!CSVImporter::importGedichte(path, c, start).error);
         }) << "vor CSV-Import";
         QTest::newRow("category rename") << Operation([](ArchiveContext &c, const PoemPtr &, const QString &) {
-            AppPreferences::setPoemCategories({QStringLiteral("Liebe")});
+            QVERIFY(AppPreferences::setPoemCategories({QStringLiteral("Liebe")}).ok());
             QVERIFY(CategoryCatalog::renameCategory(c, QStringLiteral("Liebe"), QStringLiteral("Natur"), start));
         }) << "vor Umbenennen der Kategorie";
         QTest::newRow("category removal") << Operation([](ArchiveContext &c, const PoemPtr &, const QString &) {
-            AppPreferences::setPoemCategories({QStringLiteral("Liebe")});
-            CategoryCatalog::removeCategory(c, QStringLiteral("Liebe"), start);
+            QVERIFY(AppPreferences::setPoemCategories({QStringLiteral("Liebe")}).ok());
+            QVERIFY(CategoryCatalog::removeCategory(c, QStringLiteral("Liebe"), start).ok());
         }) << "vor Entfernen der Kategorie";
     }
 

@@ -38,9 +38,9 @@ private Q_SLOTS:
 
     void storedValuesOverrideDefaults()
     {
-        AppPreferences::setAutomaticDailyBackupEnabled(false);
-        AppPreferences::setEditorFontName(QString());
-        AppPreferences::setPoemFooterAuthor(QString());
+        QVERIFY(AppPreferences::setAutomaticDailyBackupEnabled(false).ok());
+        QVERIFY(AppPreferences::setEditorFontName(QString()).ok());
+        QVERIFY(AppPreferences::setPoemFooterAuthor(QString()).ok());
         QSettings(ApplicationSupport::preferencesPath(), QSettings::IniFormat)
             .setValue(QStringLiteral("appLanguage"), QStringLiteral("klingonisch"));
         QVERIFY(!AppPreferences::automaticDailyBackupEnabled());

@@ -77,7 +77,7 @@ private Q_SLOTS:
     void failedAttemptIsRepeatedTheSameDay()
     {
         addPoem(context(), QStringLiteral("Herbst"), utc(2026, 3, 1, 8, 0, 0));
-        AppPreferences::setLastAutomaticBackupDay(QStringLiteral("2026-05-31"));
+        QVERIFY(AppPreferences::setLastAutomaticBackupDay(QStringLiteral("2026-05-31")).ok());
         QVERIFY(writeFile(BackupExporter::automaticBackupDirectory(), "kein Ordner"));
         const DailyBackup::Outcome failed = runAt(local(6, 1, 8, 0));
         QCOMPARE(failed.status, DailyBackup::Status::failed);
@@ -93,10 +93,10 @@ private Q_SLOTS:
     void switchedOffWritesNothing()
     {
         addPoem(context(), QStringLiteral("Herbst"), utc(2026, 3, 1, 8, 0, 0));
-        AppPreferences::setAutomaticDailyBackupEnabled(false);
+        QVERIFY(AppPreferences::setAutomaticDailyBackupEnabled(false).ok());
         QCOMPARE(runAt(local(7, 1, 8, 0)).status, DailyBackup::Status::disabled);
         QVERIFY(safetyBackups().isEmpty());
-        AppPreferences::setAutomaticDailyBackupEnabled(true);
+        QVERIFY(AppPreferences::setAutomaticDailyBackupEnabled(true).ok());
         QCOMPARE(runAt(local(7, 1, 8, 0)).status, DailyBackup::Status::written);
     }
 };

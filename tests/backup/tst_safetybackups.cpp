@@ -162,12 +162,12 @@ private Q_SLOTS:
         const QString old = write(QStringLiteral("daily"), local(2026, 2, 3, 8));
         const QString older = write(QStringLiteral("daily"), local(2026, 2, 2, 8));
         const QString restore = write(QStringLiteral("pre-restore"), local(2026, 2, 1, 8));
-        AppPreferences::setAutomaticDailyBackupEnabled(false);
+        QVERIFY(AppPreferences::setAutomaticDailyBackupEnabled(false).ok());
         QCOMPARE(DailyBackup::runDailyAutomaticBackupIfNeeded(m_archive->context(), local(2026, 3, 28)).status,
                  DailyBackup::Status::disabled);
         QCOMPARE(filesOnDisk().size(), 3);
 
-        AppPreferences::setAutomaticDailyBackupEnabled(true);
+        QVERIFY(AppPreferences::setAutomaticDailyBackupEnabled(true).ok());
         const DailyBackup::Outcome outcome =
             DailyBackup::runDailyAutomaticBackupIfNeeded(m_archive->context(), local(2026, 3, 28));
         QCOMPARE(outcome.status, DailyBackup::Status::written);

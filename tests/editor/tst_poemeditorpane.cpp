@@ -338,8 +338,8 @@ private Q_SLOTS:
 
     void footerIsAppendedAtTheInsertionPoint()
     {
-        AppPreferences::setPoemFooterAuthor(QStringLiteral("Ida Berg"));
-        AppPreferences::setPoemFooterPlace(QString());
+        QVERIFY(AppPreferences::setPoemFooterAuthor(QStringLiteral("Ida Berg")).ok());
+        QVERIFY(AppPreferences::setPoemFooterPlace(QString()).ok());
         view()->moveCursor(QTextCursor::End);
         m_pane->actions()->insertFooter->trigger();
         const QString today = QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy"));

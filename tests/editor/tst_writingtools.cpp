@@ -175,8 +175,8 @@ private Q_SLOTS:
 
     void footerReadsThePreferences()
     {
-        AppPreferences::setPoemFooterAuthor(QStringLiteral("Ida"));
-        AppPreferences::setPoemFooterPlace(QStringLiteral("Jena"));
+        QVERIFY(AppPreferences::setPoemFooterAuthor(QStringLiteral("Ida")).ok());
+        QVERIFY(AppPreferences::setPoemFooterPlace(QStringLiteral("Jena")).ok());
         const QString today = QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy"));
         QCOMPARE(PoemFooter::standardPoemFooter(), QStringLiteral("© Ida\nJena, ") + today);
     }
@@ -237,7 +237,7 @@ private Q_SLOTS:
         QCOMPARE(rhymeProviderFromIdentifier(rawValue(RhymeProvider::reimOMat)), RhymeProvider::reimOMat);
         QCOMPARE(rhymeProviderFromName(QStringLiteral("WASREIMTSICHAUF")), RhymeProvider::wasReimtSichAuf);
         QVERIFY(!rhymeProviderFromName(QStringLiteral("reimlexikon")));
-        AppPreferences::setDefaultRhymeProvider(rawValue(RhymeProvider::wasReimtSichAuf));
+        QVERIFY(AppPreferences::setDefaultRhymeProvider(rawValue(RhymeProvider::wasReimtSichAuf)).ok());
         QCOMPARE(defaultRhymeProvider(), RhymeProvider::wasReimtSichAuf);
     }
 

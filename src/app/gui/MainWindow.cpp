@@ -144,7 +144,8 @@ void MainWindow::buildColumns()
     });
     connect(m_listPane, &PoemListPane::searchModeChanged, this, [this](SearchMode mode) {
         m_browser.searchMode = mode;
-        storeSearchMode(mode);
+        if (auto stored = storeSearchMode(mode); !stored)
+            setStatus(stored.errorMessage());
         reloadRows();
     });
     connect(m_listPane, &PoemListPane::sortModeChanged, this, [this](PoemSortMode mode) {
@@ -383,6 +384,7 @@ void MainWindow::setUpdateManager(UpdateManager *manager)
     }
     m_checkUpdatesAction->setEnabled(manager->canCheckForUpdates());
     connect(manager, &UpdateManager::canCheckForUpdatesChanged, m_checkUpdatesAction, &QAction::setEnabled);
+    connect(manager, &UpdateManager::preferenceNotStored, this, &MainWindow::setStatus);
     connect(m_checkUpdatesAction, &QAction::triggered, manager, &UpdateManager::checkForUpdates);
 }
 

@@ -7,6 +7,7 @@
 #include "archive/CategoryCatalog.h"
 #include "archive/PoemStore.h"
 #include "archive/PoemVersions.h"
+#include "editor/AppTheme.h"
 #include "editor/RhymeProvider.h"
 
 #include <QCheckBox>
@@ -110,6 +111,20 @@ SettingsWindow::SettingsWindow(ArchiveContext &context, UpdateManager *updates, 
     scroll->setWidget(page);
     outer->addWidget(scroll, 1);
 
+    m_notStored = new QLabel(this);
+    m_notStored->setObjectName(QStringLiteral("notStoredText"));
+    m_notStored->setWordWrap(true);
+    m_notStored->setContentsMargins(28, 4, 28, 0);
+    m_notStored->setStyleSheet(QStringLiteral("color: %1;").arg(AppTheme::systemRed().name()));
+    m_notStored->hide();
+    outer->addWidget(m_notStored);
+    if (m_updates) {
+        connect(m_updates, &UpdateManager::preferenceNotStored, this, [this](const QString &message) {
+            m_notStored->setText(message);
+            m_notStored->show();
+        });
+    }
+
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     buttons->setContentsMargins(28, 0, 28, 0);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -164,7 +179,7 @@ void SettingsWindow::buildWritingSection()
     font->addItems(families);
     font->setCurrentText(stored);
     connect(font, &QComboBox::currentTextChanged, this, [this](const QString &family) {
-        AppPreferences::setEditorFontName(family);
+        report(AppPreferences::setEditorFontName(family));
         Q_EMIT editorFontChanged();
     });
     form->addRow(tr("Schrift im Editor"), font);
@@ -174,11 +189,12 @@ void SettingsWindow::buildWritingSection()
     auto *author = new QLineEdit(AppPreferences::poemFooterAuthor(), this);
     author->setObjectName(QStringLiteral("footerAuthorField"));
     connect(author, &QLineEdit::textEdited, this,
-            [](const QString &text) { AppPreferences::setPoemFooterAuthor(text); });
+            [this](const QString &text) { report(AppPreferences::setPoemFooterAuthor(text)); });
     form->addRow(tr("Autor im Abschluss"), author);
     auto *place = new QLineEdit(AppPreferences::poemFooterPlace(), this);
     place->setObjectName(QStringLiteral("footerPlaceField"));
-    connect(place, &QLineEdit::textEdited, this, [](const QString &text) { AppPreferences::setPoemFooterPlace(text); });
+    connect(place, &QLineEdit::textEdited, this,
+            [this](const QString &text) { report(AppPreferences::setPoemFooterPlace(text)); });
     form->addRow(tr("Ort im Abschluss"), place);
     form->addRow(
         makeHint(tr("Der Standardabschluss fügt Copyright, Ort und das aktuelle Tagesdatum ans Gedichtende an.")));
@@ -321,8 +337,9 @@ void SettingsWindow::buildRhymeSection()
     for (const RhymeProvider each : allRhymeProviders)
         provider->addItem(title(each), rawValue(each));
     provider->setCurrentIndex(provider->findData(rawValue(defaultRhymeProvider())));
-    connect(provider, &QComboBox::currentIndexChanged, this,
-            [provider](int index) { AppPreferences::setDefaultRhymeProvider(provider->itemData(index).toString()); });
+    connect(provider, &QComboBox::currentIndexChanged, this, [this, provider](int index) {
+        report(AppPreferences::setDefaultRhymeProvider(provider->itemData(index).toString()));
+    });
     auto *form = new QFormLayout;
     form->addRow(tr("Reimseite"), provider);
     section->addLayout(form);
@@ -335,7 +352,8 @@ void SettingsWindow::buildBackupSection()
     auto *daily = new QCheckBox(tr("Automatisches Tagesbackup"), this);
     daily->setObjectName(QStringLiteral("dailyBackupToggle"));
     daily->setChecked(AppPreferences::automaticDailyBackupEnabled());
-    connect(daily, &QCheckBox::toggled, this, [](bool on) { AppPreferences::setAutomaticDailyBackupEnabled(on); });
+    connect(daily, &QCheckBox::toggled, this,
+            [this](bool on) { report(AppPreferences::setAutomaticDailyBackupEnabled(on)); });
     section->addWidget(daily);
     addHint(section, tr("OdeLeaf erstellt beim ersten App-Start pro Tag ein internes Sicherheitsbackup."));
 
@@ -519,4 +537,11 @@ void SettingsWindow::changeEvent(QEvent *event)
         refreshCategories();
         refreshFolders();
     }
+}
+
+void SettingsWindow::report(const Result<void> &stored)
+{
+    m_notStored->setVisible(!stored);
+    if (!stored)
+        m_notStored->setText(stored.errorMessage());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archive/FolderKind.h"
+#include "archive/Result.h"
 
 #include <QDialog>
 
@@ -65,6 +66,8 @@ private:
     void removeCategory(const QString &name);
     bool askRemoval(const QString &name, int carriers);
     void showUpdateStatus();
+    // Every preference this window writes is checked; a failure stays in view until one succeeds.
+    void report(const Result<void> &stored);
 
     ArchiveContext &m_context;
     UpdateManager *m_updates;
@@ -78,5 +81,6 @@ private:
     QCheckBox *m_automaticUpdates = nullptr;
     QPushButton *m_checkUpdates = nullptr;
     QLabel *m_updateStatus = nullptr;
+    QLabel *m_notStored = nullptr;
     QLabel *m_languageNote = nullptr;
 };

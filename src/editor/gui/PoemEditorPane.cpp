@@ -198,7 +198,8 @@ void PoemEditorPane::connectActions()
     m_showVerse = AppPreferences::showsVerseTools();
     m_actions->toggleVerse->setChecked(m_showVerse);
     connect(m_actions->toggleVerse, &QAction::toggled, this, [this](bool shown) {
-        AppPreferences::setShowsVerseTools(shown);
+        if (auto stored = AppPreferences::setShowsVerseTools(shown); !stored)
+            Q_EMIT statusMessage(stored.errorMessage());
         setVerseToolsShown(shown);
     });
     m_verseAnalyzer = new BackgroundVerseAnalyzer(this);
