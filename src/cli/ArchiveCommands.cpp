@@ -157,9 +157,7 @@ int runSet(CliInvocation &cli)
     const PoemFieldOptions options = takeFieldOptions(cli, false);
     if (!cli.finishOptions(1, 1))
         return cli.usageError({});
-    if (!cli.writableArchive())
-        return 1;
-    const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
+    const PoemPtr poem = findPoemToChange(cli);
     if (!poem)
         return 1;
     if (const int status = applyFieldOptions(cli, *poem->context(), *poem, options); status != 0)

@@ -132,9 +132,7 @@ int runLivePoemAction(CliInvocation &cli, const QString &inTrashText,
 {
     if (!cli.finishOptions(1, 1))
         return cli.usageError({});
-    if (!cli.writableArchive())
-        return 1;
-    const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
+    const PoemPtr poem = findPoemToChange(cli);
     if (!poem)
         return 1;
     if (poem->isInTrash())

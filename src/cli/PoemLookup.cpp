@@ -17,3 +17,10 @@ PoemPtr findPoemArgument(CliInvocation &invocation, const QString &idText)
         invocation.fail(CliTexts::tr("Gedicht nicht gefunden: %1").arg(idText));
     return poem;
 }
+
+PoemPtr findPoemToChange(CliInvocation &invocation)
+{
+    if (!invocation.writableArchive())
+        return nullptr;
+    return findPoemArgument(invocation, invocation.positional().at(0));
+}

@@ -80,9 +80,7 @@ int runVersionSave(CliInvocation &cli)
     const QString name = cli.takeOption(QStringLiteral("--name")).value_or(QString());
     if (!cli.finishOptions(1, 1))
         return cli.usageError({});
-    if (!cli.writableArchive())
-        return 1;
-    const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
+    const PoemPtr poem = findPoemToChange(cli);
     if (!poem)
         return 1;
     if (auto saved = PoemVersions::saveByHand(*poem->context(), *poem, name); !saved)
@@ -98,9 +96,7 @@ int runVersionRestore(CliInvocation &cli)
     const auto number = versionNumber(cli.positional().at(1));
     if (!number)
         return cli.usageError(QStringLiteral("N must be a version number"));
-    if (!cli.writableArchive())
-        return 1;
-    const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
+    const PoemPtr poem = findPoemToChange(cli);
     if (!poem)
         return 1;
     if (auto restored = PoemVersions::restore(*poem->context(), *poem, *number); !restored)
