@@ -1,6 +1,7 @@
 #include "app/gui/PoemListPane.h"
 
 #include "app/gui/PoemListModel.h"
+#include "app/gui/PoemListView.h"
 #include "app/gui/PoemRowDelegate.h"
 #include "app/gui/ThemeIcon.h"
 #include "archive/LibraryBrowser.h"
@@ -21,7 +22,7 @@ PoemListPane::PoemListPane(PoemListModel *model, QWidget *parent)
     : QWidget(parent), m_model(model), m_search(new QLineEdit(this)), m_mode(new QComboBox(this)),
       m_sort(new QToolButton(this)), m_sortGroup(new QActionGroup(this)), m_summary(new QLabel(this)),
       m_hint(new QLabel(LibraryBrowser::missingTextHint(), this)), m_stack(new QStackedWidget(this)),
-      m_list(new QListView(this)), m_emptyTitle(new QLabel(this)), m_emptyText(new QLabel(this))
+      m_list(new PoemListView(this)), m_emptyTitle(new QLabel(this)), m_emptyText(new QLabel(this))
 {
     setObjectName(QStringLiteral("listPane"));
     auto *layout = new QVBoxLayout(this);
@@ -88,7 +89,6 @@ PoemListPane::PoemListPane(PoemListModel *model, QWidget *parent)
     m_list->setObjectName(QStringLiteral("poemList"));
     m_list->setModel(m_model);
     m_list->setItemDelegate(new PoemRowDelegate(m_list));
-    m_list->setUniformItemSizes(true);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
