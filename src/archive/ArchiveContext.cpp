@@ -73,11 +73,10 @@ Result<bool> ArchiveContext::refreshFromStore()
         }
         m_seenChangeSeq = std::max(m_seenChangeSeq, row.changeSeq);
         Poem &poem = *known->second;
-        const bool changedHere = poem.m_values != poem.m_saved || m_deleted.count(poem.m_key) > 0;
+        const bool changedHere = poem.m_values != poem.saved() || m_deleted.count(poem.m_key) > 0;
         if (poem.m_changeSeq == row.changeSeq || changedHere)
             continue;
-        poem.m_saved = row.values;
-        poem.m_values = std::move(row.values);
+        poem.setSavedAndCurrent(row.values, row.values);
         poem.m_changeSeq = row.changeSeq;
         changed.insert(poem.m_key);
     }
@@ -100,7 +99,7 @@ Result<void> ArchiveContext::dropPoemsDeletedElsewhere(QSet<qint64> &dropped)
     for (auto it = m_byRowKey.begin(); it != m_byRowKey.end();) {
         Poem &poem = *it->second;
         // A poem changed here stays: its save tells the user it is gone.
-        if (std::binary_search(keys->begin(), keys->end(), it->first) || poem.m_values != poem.m_saved) {
+        if (std::binary_search(keys->begin(), keys->end(), it->first) || poem.m_values != poem.saved()) {
             ++it;
             continue;
         }
@@ -238,7 +237,7 @@ Result<void> ArchiveContext::save()
             const PoemPtr &poem = live->second;
             if (!poem->m_persisted)
                 inserted.push_back(poem);
-            else if (poem->m_values != poem->m_saved)
+            else if (poem->m_values != poem->saved())
                 updated.push_back(poem);
         } else if (const auto gone = m_deleted.find(key); gone != m_deleted.end() && gone->second->m_persisted) {
             removed.push_back(gone->second);
@@ -276,7 +275,7 @@ Result<void> ArchiveContext::save()
         done.push_back({poem, *key, seq, poem->m_values, poem->m_values});
     }
     for (const PoemPtr &poem : updated) {
-        const PoemFieldSet fields = differingFields(poem->m_saved, poem->m_values);
+        const PoemFieldSet fields = differingFields(poem->saved(), poem->m_values);
         if ((fields & versionedPoemFields()).any()) {
             if (auto kept = keepReplacedVersion(store, *poem); !kept)
                 return fail(kept.error());
@@ -296,10 +295,10 @@ Result<void> ArchiveContext::save()
                                 "gespeichert; beim nächsten Speichern wird das Gedicht neu angelegt.")
                                  .arg(poemLabel(poem->m_values)));
             conflictIds.append(poemLogId(*poem));
-            rebased.push_back({poem, 0, 0, poem->m_saved, poem->m_values});
+            rebased.push_back({poem, 0, 0, poem->saved(), poem->m_values});
             continue;
         }
-        const PoemMerge::Outcome merge = PoemMerge::merge(poem->m_saved, poem->m_values, (*stored)->values);
+        const PoemMerge::Outcome merge = PoemMerge::merge(poem->saved(), poem->m_values, (*stored)->values);
         rebased.push_back({poem, poem->m_rowKey, (*stored)->changeSeq, (*stored)->values, merge.merged});
         if (merge.conflicts.any()) {
             conflicts.append(tr("„%1“ wurde gleichzeitig in einem anderen Programm geändert (%2). Die Änderung hier "
@@ -379,8 +378,7 @@ void ArchiveContext::applySaveStep(const SaveStep &step)
     poem.m_rowKey = step.rowKey;
     poem.m_persisted = step.rowKey != 0;
     poem.m_changeSeq = step.changeSeq;
-    poem.m_saved = step.saved;
-    poem.m_values = step.current;
+    poem.setSavedAndCurrent(step.saved, step.current);
     if (step.rowKey != 0)
         m_byRowKey.emplace(step.rowKey, step.poem);
 }
@@ -427,7 +425,7 @@ void ArchiveContext::rollback()
             m_poems.erase(found);
             continue;
         }
-        found->second->m_values = found->second->m_saved;
+        found->second->revertToSaved();
     }
     m_changed.clear();
     if (!keys.isEmpty())
@@ -438,9 +436,9 @@ void ArchiveContext::revert(const QList<PoemPtr> &poems)
 {
     QSet<qint64> reverted;
     for (const PoemPtr &poem : poems) {
-        if (!poem || poem->m_context != this || !poem->m_persisted || poem->m_values == poem->m_saved)
+        if (!poem || poem->m_context != this || !poem->m_persisted || poem->m_values == poem->saved())
             continue;
-        poem->m_values = poem->m_saved;
+        poem->revertToSaved();
         reverted.insert(poem->m_key);
     }
     if (!reverted.isEmpty())

@@ -3,7 +3,7 @@
 #include "archive/ArchiveContext.h"
 
 Poem::Poem(ArchiveContext *context, qint64 key, PoemValues values, bool persisted)
-    : m_context(context), m_key(key), m_values(values), m_saved(std::move(values)), m_persisted(persisted)
+    : m_context(context), m_key(key), m_values(std::move(values)), m_persisted(persisted)
 {
 }
 
@@ -11,8 +11,34 @@ void Poem::setValues(const PoemValues &values)
 {
     if (m_values == values)
         return;
-    m_values = values;
+    valuesToChange() = values;
     noteChanged();
+}
+
+void Poem::setSavedAndCurrent(const PoemValues &saved, PoemValues current)
+{
+    if (saved == current)
+        m_savedApart.reset();
+    else if (m_savedApart)
+        *m_savedApart = saved;
+    else
+        m_savedApart = std::make_unique<PoemValues>(saved);
+    m_values = std::move(current);
+}
+
+void Poem::revertToSaved()
+{
+    if (!m_savedApart)
+        return;
+    m_values = std::move(*m_savedApart);
+    m_savedApart.reset();
+}
+
+PoemValues &Poem::valuesToChange()
+{
+    if (!m_savedApart)
+        m_savedApart = std::make_unique<PoemValues>(m_values);
+    return m_values;
 }
 
 QString Poem::objectID() const

@@ -44,7 +44,7 @@ public:
     void setValues(const PoemValues &values);
 
     bool isInTrash() const { return m_values.deletedAt.has_value(); }
-    bool hasUnsavedChanges() const { return m_values != m_saved || !m_persisted; }
+    bool hasUnsavedChanges() const { return m_values != saved() || !m_persisted; }
 
     // The poem's identity in its context, stable for the context's life: a new poem keeps
     // it when it is saved, although the store hands out its row key only then.
@@ -63,18 +63,28 @@ private:
     {
         if (m_values.*member == value)
             return;
-        m_values.*member = std::move(value);
+        valuesToChange().*member = std::move(value);
         noteChanged();
     }
     void noteChanged();
 
+    // As last read from or written to the store.
+    const PoemValues &saved() const { return m_savedApart ? *m_savedApart : m_values; }
+    // The stored values and the current ones, after a read, a save or a merge.
+    void setSavedAndCurrent(const PoemValues &saved, PoemValues current);
+    void revertToSaved();
+    // The values to change in place, the stored ones kept apart first.
+    PoemValues &valuesToChange();
+
     ArchiveContext *m_context;
     qint64 m_key;
     PoemValues m_values;
-    PoemValues m_saved; // as last read from or written to the store
+    // The stored values while they differ from m_values. Nearly every poem of a large
+    // archive is unchanged and so holds its values once.
+    std::unique_ptr<PoemValues> m_savedApart;
     bool m_persisted;
     qint64 m_rowKey = 0;    // the store's key, once persisted
-    qint64 m_changeSeq = 0; // the store's change number of m_saved
+    qint64 m_changeSeq = 0; // the store's change number of saved()
 };
 
 using PoemPtr = std::shared_ptr<Poem>;
