@@ -31,6 +31,7 @@
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QHash>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QLibraryInfo>
@@ -61,16 +62,22 @@ double processAgeMs()
     return (upSeconds - startTicks / double(sysconf(_SC_CLK_TCK))) * 1000.0;
 }
 
+// Resident memory, with the part that is the program's own heap and stacks (anonymous)
+// and the part that maps the program's and libraries' files.
 QString residentMemory()
 {
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly))
         return {};
+    QHash<QByteArray, QByteArray> fields;
     for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return QString::fromLatin1(line.mid(6).trimmed());
+        const qsizetype colon = line.indexOf(':');
+        if (colon > 0)
+            fields.insert(line.left(colon), line.mid(colon + 1).trimmed());
     }
-    return {};
+    return QStringLiteral("%1 (anonymous %2, files %3)")
+        .arg(QString::fromLatin1(fields.value("VmRSS")), QString::fromLatin1(fields.value("RssAnon")),
+             QString::fromLatin1(fields.value("RssFile")));
 }
 
 // Types into a field as a poet would and reports the time each keystroke takes to be

@@ -129,14 +129,22 @@ const Value &DerivedPoemText::fresh(Slot<Value> &slot, const QString &source, De
     return slot.value;
 }
 
+DerivedPoemText::RowTexts &DerivedPoemText::rowTexts()
+{
+    if (!m_row)
+        m_row = std::make_unique<RowTexts>();
+    return *m_row;
+}
+
 const QString &DerivedPoemText::rowTitle(const Poem &poem)
 {
-    return fresh(m_rowTitle, orEmpty(poem.title()), [](const QString &title) { return PoemRowText::title(title); });
+    return fresh(rowTexts().title, orEmpty(poem.title()),
+                 [](const QString &title) { return PoemRowText::title(title); });
 }
 
 const QString &DerivedPoemText::excerpt(const Poem &poem)
 {
-    return fresh(m_excerpt, orEmpty(poem.text()), PoemRowText::excerpt);
+    return fresh(rowTexts().excerpt, orEmpty(poem.text()), PoemRowText::excerpt);
 }
 
 const QByteArray &DerivedPoemText::titleSortKey(const Poem &poem)
@@ -148,26 +156,29 @@ const QByteArray &DerivedPoemText::titleSortKey(const Poem &poem)
 
 const QString &DerivedPoemText::dateText(const Poem &poem)
 {
-    if (!m_dateText || m_dateSource != poem.date()) {
-        m_dateSource = poem.date();
-        m_dateText = PoemRowText::dateText(poem.date());
+    RowTexts &row = rowTexts();
+    if (!row.dateText || row.dateSource != poem.date()) {
+        row.dateSource = poem.date();
+        row.dateText = PoemRowText::dateText(poem.date());
     }
-    return *m_dateText;
+    return *row.dateText;
 }
 
 const QString &DerivedPoemText::objectID(const Poem &poem)
 {
-    if (m_objectID.isEmpty())
-        m_objectID = poem.objectID();
-    return m_objectID;
+    RowTexts &row = rowTexts();
+    if (row.objectID.isEmpty())
+        row.objectID = poem.objectID();
+    return row.objectID;
 }
 
 const QString &DerivedPoemText::idText(const Poem &poem)
 {
-    if (!m_idValid || m_idSource != poem.id()) {
-        m_idSource = poem.id();
-        m_idText = poem.id() ? uuidText(*poem.id()) : QString();
-        m_idValid = true;
+    RowTexts &row = rowTexts();
+    if (!row.idValid || row.idSource != poem.id()) {
+        row.idSource = poem.id();
+        row.idText = poem.id() ? uuidText(*poem.id()) : QString();
+        row.idValid = true;
     }
-    return m_idText;
+    return row.idText;
 }

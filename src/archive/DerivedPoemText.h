@@ -5,6 +5,7 @@
 #include <QString>
 #include <QUuid>
 
+#include <memory>
 #include <optional>
 
 class CategoryNameTable;
@@ -84,14 +85,21 @@ private:
     bool m_sourcesValid = false;
     bool m_foldedValid = false;
 
-    // Read when rows are built or sorted.
-    Slot<QString> m_rowTitle;
-    Slot<QString> m_excerpt;
+    // Read when rows are sorted.
     Slot<QByteArray> m_titleSortKey;
-    std::optional<QDateTime> m_dateSource;
-    std::optional<QString> m_dateText;
-    std::optional<QUuid> m_idSource;
-    bool m_idValid = false;
-    QString m_idText;
-    QString m_objectID;
+
+    // Read when a row is shown, which few of a large archive's poems ever are: kept apart
+    // until then.
+    struct RowTexts {
+        Slot<QString> title;
+        Slot<QString> excerpt;
+        std::optional<QDateTime> dateSource;
+        std::optional<QString> dateText;
+        std::optional<QUuid> idSource;
+        bool idValid = false;
+        QString idText;
+        QString objectID;
+    };
+    RowTexts &rowTexts();
+    std::unique_ptr<RowTexts> m_row;
 };
