@@ -193,7 +193,7 @@ void LibraryBrowser::reloadRows()
     // no poem changed at all, what the walk read of them still holds: every change
     // leaves an unsaved poem until a save or rollback announces it.
     const bool setKnown = m_poemsCurrent && m_context.changedPoemCount() == 0;
-    if (setKnown && m_unchangedSinceWalk) {
+    if (setKnown && m_unchangedSinceWalk && m_unretaken.isEmpty()) {
         relistWalked(listed);
     } else {
         if (!setKnown || !walkPoems(listed)) {
@@ -204,6 +204,7 @@ void LibraryBrowser::reloadRows()
         }
         m_cache.pruneUnused(int(m_live.size()));
         m_unchangedSinceWalk = m_context.changedPoemCount() == 0;
+        m_unretaken.clear();
         m_rememberedSearches.clear();
     }
     m_searchedFor = SearchedFor{m_builtFor.search.isEmpty(), m_builtFor.mode, m_needles};
@@ -261,7 +262,6 @@ bool LibraryBrowser::walkPoems(QList<PoemPtr> &listed)
         candidate.storeOrder = qsizetype(live.size());
         candidate.storeKey = poem->storeKey();
         candidate.poemIndex = qint32(index);
-        candidate.hasText = listing.hasText;
         candidate.published = listing.published;
         candidate.podcast = listing.podcast;
         candidate.matched = listing.matches;
@@ -353,7 +353,13 @@ void LibraryBrowser::rememberSearch()
 // A notice of changed poems changes the set only when one of them came or went.
 void LibraryBrowser::noteChangedPoems(const QSet<qint64> &poemKeys)
 {
-    m_unchangedSinceWalk = false;
+    // What the walk read of these poems holds again once applyChanges has taken them over.
+    if (m_unchangedSinceWalk)
+        m_unretaken.unite(poemKeys);
+    if (m_unretaken.size() > incrementalLimit) {
+        m_unchangedSinceWalk = false;
+        m_unretaken.clear();
+    }
     if (!m_poemsCurrent)
         return;
     if (poemKeys.size() > incrementalLimit) {
@@ -378,6 +384,8 @@ QList<PoemPtr> LibraryBrowser::rowsInOrder(QList<PoemPtr> &listed)
 {
     const std::vector<Candidate> &live = m_live;
     BaseOrder &base = m_baseOrders[size_t(m_builtFor.sort)];
+    if (base.valid && base.revision == m_cache.revision())
+        placeAgain(base, m_builtFor.sort);
     if (!base.valid || base.revision != m_cache.revision()) {
         std::vector<Candidate> sorted = live;
         sortCandidates(sorted);
@@ -386,6 +394,7 @@ QList<PoemPtr> LibraryBrowser::rowsInOrder(QList<PoemPtr> &listed)
                        [](const Candidate &candidate) { return qint32(candidate.storeOrder); });
         base.revision = m_cache.revision();
         base.valid = true;
+        base.unplaced.clear();
     }
     QList<PoemPtr> rows;
     rows.reserve(listed.size());
@@ -418,14 +427,31 @@ bool LibraryBrowser::applyChanges(const QSet<qint64> &poemKeys, LibraryRowListen
         listener.rowsReset();
         return true;
     }
+    // Every change of what an order compares shows as a new cache revision. The kept orders
+    // follow when each one came from a poem taken over in place, and nothing else changed.
+    const quint64 revisionBefore = m_cache.revision();
+    quint64 followed = 0;
+    std::vector<qint32> changedPositions;
+    const auto relistAndRetake = [&](qint64 key) {
+        const quint64 before = m_cache.revision();
+        Relisting relisted = relist(key);
+        const qint32 position = retake(key);
+        if (position < 0) {
+            m_unchangedSinceWalk = false;
+        } else if (m_cache.revision() != before) {
+            followed += m_cache.revision() - before;
+            changedPositions.push_back(position);
+        }
+        return relisted;
+    };
     if (poemKeys.size() == 1) {
-        movePoem(*poemKeys.cbegin(), listener);
+        movePoem(relistAndRetake(*poemKeys.cbegin()), listener);
     } else {
         // Each place is searched among rows that are all in order: the changed ones leave
         // first, since their old places no longer follow the sort.
         std::vector<PoemPtr> toPlace;
         for (const qint64 key : poemKeys) {
-            const Relisting relisted = relist(key);
+            const Relisting relisted = relistAndRetake(key);
             removeRow(rowOf(relisted.listedBefore), listener);
             if (relisted.poem)
                 toPlace.push_back(relisted.poem);
@@ -433,6 +459,8 @@ bool LibraryBrowser::applyChanges(const QSet<qint64> &poemKeys, LibraryRowListen
         for (const PoemPtr &poem : toPlace)
             insertRow(poem, sortedPlace(*poem, -1), listener);
     }
+    if (m_cache.revision() - revisionBefore == followed)
+        noteUnplaced(changedPositions, revisionBefore);
     rebuildCategoryFilters();
     if (selectedCategory) {
         resetVanishedCategory();
@@ -458,6 +486,66 @@ LibraryBrowser::Relisting LibraryBrowser::relist(qint64 storeKey)
     m_allRows.reset();
     m_rowMemo.erase(storeKey);
     return Relisting{before.row, after.listed() ? std::move(poem) : nullptr};
+}
+
+// A changed poem that is still the live poem the walk saw keeps its place in the walk, and
+// what the walk read of it is read again. Answers that place, or -1 when the live poems
+// are no longer those of the walk (a new, trashed or vanished poem), which takes a walk.
+qint32 LibraryBrowser::retake(qint64 storeKey)
+{
+    const auto found =
+        std::lower_bound(m_live.begin(), m_live.end(), storeKey,
+                         [](const Candidate &candidate, qint64 key) { return candidate.storeKey < key; });
+    if (found == m_live.end() || found->storeKey != storeKey)
+        return -1;
+    const Listing &listing = listingSlot(storeKey);
+    if (!listing.live || m_context.poemWithKey(storeKey).get() != found->poem)
+        return -1;
+    found->published = listing.published;
+    found->podcast = listing.podcast;
+    found->matched = listing.matches;
+    // Their verdicts were on the poem as it was.
+    m_rememberedSearches.clear();
+    m_unretaken.remove(storeKey);
+    return qint32(found - m_live.begin());
+}
+
+// The orders kept since revision stay of use: the changed poems take their places again
+// when an order is next used, so a change of the sort after an edit does not sort every
+// poem again, and a keystroke does not place the poem in orders nobody looks at.
+void LibraryBrowser::noteUnplaced(const std::vector<qint32> &positions, quint64 revision)
+{
+    for (BaseOrder &base : m_baseOrders) {
+        if (!base.valid || base.revision != revision)
+            continue;
+        for (const qint32 position : positions) {
+            if (std::find(base.unplaced.cbegin(), base.unplaced.cend(), position) == base.unplaced.cend())
+                base.unplaced.push_back(position);
+        }
+        base.revision = m_cache.revision();
+        base.valid = base.unplaced.size() <= unplacedLimit;
+    }
+}
+
+void LibraryBrowser::placeAgain(BaseOrder &base, PoemSortMode sort)
+{
+    if (base.unplaced.empty())
+        return;
+    const quint64 revision = m_cache.revision();
+    std::vector<qint32> leaving = base.unplaced;
+    std::sort(leaving.begin(), leaving.end());
+    std::erase_if(base.positions,
+                  [&](qint32 position) { return std::binary_search(leaving.cbegin(), leaving.cend(), position); });
+    for (const qint32 position : base.unplaced) {
+        const Poem &poem = *m_live[size_t(position)].poem;
+        const auto place = std::partition_point(base.positions.begin(), base.positions.end(), [&](qint32 other) {
+            return sortsBefore(*m_live[size_t(other)].poem, poem, sort);
+        });
+        base.positions.insert(place, position);
+    }
+    base.unplaced.clear();
+    // Comparing reads other poems, which may have changed unannounced; then sort anew.
+    base.valid = m_cache.revision() == revision;
 }
 
 // By the pointer the rows hold, which keeps the poem alive: no poem is read on the way.
@@ -487,9 +575,8 @@ void LibraryBrowser::insertRow(const PoemPtr &poem, qsizetype row, LibraryRowLis
 }
 
 // One changed poem keeps its row and moves it, so a view keeps its selection on it.
-void LibraryBrowser::movePoem(qint64 storeKey, LibraryRowListener &listener)
+void LibraryBrowser::movePoem(const Relisting &relisted, LibraryRowListener &listener)
 {
-    const Relisting relisted = relist(storeKey);
     const qsizetype from = rowOf(relisted.listedBefore);
     if (!relisted.poem) {
         removeRow(from, listener);
@@ -518,7 +605,7 @@ qsizetype LibraryBrowser::sortedPlace(const Poem &poem, qsizetype skipped) const
     while (low < high) {
         const qsizetype middle = low + (high - low) / 2;
         const qsizetype row = skipped >= 0 && middle >= skipped ? middle + 1 : middle;
-        if (sortsBefore(*m_rowPoems.at(row), poem))
+        if (sortsBefore(*m_rowPoems.at(row), poem, m_builtFor.sort))
             low = middle + 1;
         else
             high = middle;
@@ -527,7 +614,7 @@ qsizetype LibraryBrowser::sortedPlace(const Poem &poem, qsizetype skipped) const
 }
 
 // The order of sortCandidates, for two poems; the store's order is the order of the keys.
-bool LibraryBrowser::sortsBefore(const Poem &a, const Poem &b) const
+bool LibraryBrowser::sortsBefore(const Poem &a, const Poem &b, PoemSortMode sort) const
 {
     const auto byStampThenStore = [&a, &b](qint64 stampA, qint64 stampB) {
         if (stampA != stampB)
@@ -537,7 +624,7 @@ bool LibraryBrowser::sortsBefore(const Poem &a, const Poem &b) const
     const auto byTitleKey = [this, &a, &b] {
         return m_cache.entry(a).titleSortKey(a).compare(m_cache.entry(b).titleSortKey(b));
     };
-    switch (m_builtFor.sort) {
+    switch (sort) {
     case PoemSortMode::recentlyChanged:
         return byStampThenStore(stampOf(a.updatedAt()), stampOf(b.updatedAt()));
     case PoemSortMode::date:
@@ -643,6 +730,7 @@ void LibraryBrowser::sortCandidates(std::vector<Candidate> &candidates) const
     case PoemSortMode::missingTextFirst:
         for (Candidate &candidate : candidates) {
             candidate.stamp = candidate.derived->updatedStamp();
+            candidate.hasText = candidate.derived->hasUsableText();
             setTitleKey(candidate);
         }
         std::sort(candidates.begin(), candidates.end(), [&](const Candidate &a, const Candidate &b) {

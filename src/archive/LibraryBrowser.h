@@ -125,7 +125,11 @@ private:
         std::vector<qint32> positions;
         quint64 revision = 0;
         bool valid = false;
+        // Positions whose poems changed since, to be placed again when the order is used.
+        std::vector<qint32> unplaced;
     };
+    // Beyond this many changed poems one sort is cheaper than placing each.
+    static constexpr size_t unplacedLimit = 1024;
 
     struct SearchNeedles {
         QByteArray text;     // for title, text and category
@@ -190,8 +194,11 @@ private:
     QList<PoemPtr> rowsInOrder(QList<PoemPtr> &listed);
     void sortCandidates(std::vector<Candidate> &candidates) const;
     void sortByCategory(std::vector<Candidate> &candidates) const;
-    bool sortsBefore(const Poem &a, const Poem &b) const;
+    bool sortsBefore(const Poem &a, const Poem &b, PoemSortMode sort) const;
     qsizetype sortedPlace(const Poem &poem, qsizetype skipped) const;
+    qint32 retake(qint64 storeKey);
+    void noteUnplaced(const std::vector<qint32> &positions, quint64 revision);
+    void placeAgain(BaseOrder &base, PoemSortMode sort);
     // A changed poem's counts taken over: whether it had a row, and the poem when it
     // has one now.
     struct Relisting {
@@ -202,7 +209,7 @@ private:
     qsizetype rowOf(const Poem *listed) const;
     void removeRow(qsizetype row, LibraryRowListener &listener);
     void insertRow(const PoemPtr &poem, qsizetype row, LibraryRowListener &listener);
-    void movePoem(qint64 storeKey, LibraryRowListener &listener);
+    void movePoem(const Relisting &relisted, LibraryRowListener &listener);
     static PoemRow makeRow(const Poem &poem, DerivedPoemText &derived);
     static int compareTitleKeys(const Candidate &a, const Candidate &b);
     void resetVanishedCategory();
@@ -230,6 +237,7 @@ private:
     std::vector<PoemPtr> m_poems; // every poem of the last walk, by store key
     bool m_poemsCurrent = false;  // whether the context still holds exactly those
     bool m_unchangedSinceWalk = false;
+    QSet<qint64> m_unretaken;      // changed since the walk and not yet taken over by applyChanges
     std::vector<Candidate> m_live; // the live poems of the last walk, in its order
     int m_trashCount = 0;          // as the last walk counted
     SearchedFor m_searchedFor;
