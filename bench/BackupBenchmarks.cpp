@@ -125,7 +125,7 @@ BENCHMARK(BM_readBackupOf20000Poems)->Unit(benchmark::kMillisecond)->Iterations(
 void BM_restore20000PoemsInOneTransaction(benchmark::State &state)
 {
     const bool update = state.range(0) == 1;
-    const Backup backup = Backup::make(archive().poems(), QDateTime::currentDateTimeUtc());
+    const Backup backup = Backup::make(archive().poems(), QDateTime::currentDateTimeUtc()).value();
     Backup changed = backup;
     for (PoemBackup &entry : changed.poems)
         entry.text = entry.text.value_or(QString()) + QStringLiteral("\nNachtrag");

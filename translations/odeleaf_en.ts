@@ -1808,6 +1808,13 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>Poem</name>
+    <message>
+        <source>Der formatierte Text von „%1“ konnte nicht aus dem Archiv gelesen werden. Das Gedicht bleibt im Archiv, wie es ist.</source>
+        <translation>The formatted text of “%1” could not be read from the archive. The poem stays in the archive as it is.</translation>
+    </message>
+</context>
+<context>
     <name>PoemDetailView</name>
     <message>
         <source>Kein Gedicht ausgewählt</source>
@@ -2445,6 +2452,10 @@ Qt %4</translation>
     <message>
         <source>Das Archiv ist beschädigt: Bilder des Gedichts „%1“ fehlen.</source>
         <translation>The archive is damaged: pictures of the poem “%1” are missing.</translation>
+    </message>
+    <message>
+        <source>Das Gedicht ist nicht mehr im Archiv; ein anderes Programm hat es gelöscht.</source>
+        <translation>The poem is no longer in the archive; another program deleted it.</translation>
     </message>
 </context>
 <context>

@@ -38,6 +38,14 @@ Result<void> ArchiveContext::load()
     return {};
 }
 
+Result<std::optional<QByteArray>> ArchiveContext::readRichText(const Poem &poem) const
+{
+    auto read = m_store->richText(poem.m_rowKey);
+    if (!read)
+        qWarning().noquote() << "rich text of poem row" << poem.m_rowKey << "not read:" << read.error().forLog();
+    return read;
+}
+
 void ArchiveContext::registerStored(PoemStore::Row row)
 {
     // Context keys follow the store's keys where they can, but are never used twice: a
@@ -47,6 +55,7 @@ void ArchiveContext::registerStored(PoemStore::Row row)
     PoemPtr poem(new Poem(this, key, std::move(row.values), true));
     poem->m_rowKey = row.key;
     poem->m_changeSeq = row.changeSeq;
+    poem->m_richTextPending = row.richTextPending;
     m_poems.emplace(key, poem);
     m_byRowKey.emplace(row.key, std::move(poem));
     m_nextKey = std::max(m_nextKey, key + 1);
@@ -78,6 +87,8 @@ Result<bool> ArchiveContext::refreshFromStore()
             continue;
         poem.setSavedAndCurrent(row.values, row.values);
         poem.m_changeSeq = row.changeSeq;
+        poem.m_richTextPending = row.richTextPending;
+        poem.m_richTextUnreadable = false;
         changed.insert(poem.m_key);
     }
     if (changes->rowCount != qint64(m_byRowKey.size())) {
@@ -276,6 +287,9 @@ Result<void> ArchiveContext::save()
     }
     for (const PoemPtr &poem : updated) {
         const PoemFieldSet fields = differingFields(poem->saved(), poem->m_values);
+        // Rich text that could not be read is not replaced by what was shown in its place.
+        if (poem->m_richTextUnreadable && fields.test(size_t(PoemField::richTextData)))
+            return fail(poem->readFully().error());
         if ((fields & versionedPoemFields()).any()) {
             if (auto kept = keepReplacedVersion(store, *poem); !kept)
                 return fail(kept.error());

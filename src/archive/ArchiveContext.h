@@ -67,6 +67,8 @@ public:
     void revert(const QList<PoemPtr> &poems);
 
     PoemStore &store() const { return *m_store; }
+    // The rich text a poem read with the archive has not read yet.
+    Result<std::optional<QByteArray>> readRichText(const Poem &poem) const;
 
     // While set, each save first keeps the replaced state of every poem whose content it
     // changes as a version with this reason; see VersionReason. Without one, a poem's first

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archive/PoemValues.h"
+#include "archive/Result.h"
 
 #include <memory>
 
@@ -10,13 +11,21 @@ class ArchiveContext;
 // writes every changed poem in one transaction when it is saved.
 class Poem {
 public:
-    const PoemValues &values() const { return m_values; }
+    const PoemValues &values() const
+    {
+        readPendingRichText();
+        return m_values;
+    }
 
     const std::optional<QUuid> &id() const { return m_values.id; }
     const std::optional<QString> &title() const { return m_values.title; }
     const std::optional<QString> &titleNormalized() const { return m_values.titleNormalized; }
     const std::optional<QString> &text() const { return m_values.text; }
-    const std::optional<QByteArray> &richTextData() const { return m_values.richTextData; }
+    const std::optional<QByteArray> &richTextData() const
+    {
+        readPendingRichText();
+        return m_values.richTextData;
+    }
     const std::optional<QString> &category() const { return m_values.category; }
     const std::optional<QDateTime> &date() const { return m_values.date; }
     const std::optional<QString> &writerNotes() const { return m_values.writerNotes; }
@@ -44,6 +53,14 @@ public:
     void setValues(const PoemValues &values);
 
     bool isInTrash() const { return m_values.deletedAt.has_value(); }
+    // Fails when the store could not give the poem's rich text: the poem then holds none in
+    // its place, and must not be written out as if it had none.
+    Result<void> readFully() const;
+    // Whether the rich text is still only in the store.
+    bool richTextWaiting() const { return m_richTextPending; }
+    // Lets go of rich text read for a moment, as by a backup, so it is read again when
+    // next asked for. Only an unchanged, stored poem does.
+    void letGoOfRichText();
     bool hasUnsavedChanges() const { return m_values != saved() || !m_persisted; }
 
     // The poem's identity in its context, stable for the context's life: a new poem keeps
@@ -61,6 +78,7 @@ private:
 
     template <typename T> void assign(T PoemValues::*member, T value)
     {
+        readPendingRichText();
         if (m_values.*member == value)
             return;
         valuesToChange().*member = std::move(value);
@@ -75,6 +93,14 @@ private:
     void revertToSaved();
     // The values to change in place, the stored ones kept apart first.
     PoemValues &valuesToChange();
+    // A list never shows rich text, so a poem read with the archive reads it when first
+    // asked for. Only an unchanged poem waits for it: every change reads it first.
+    void readPendingRichText() const
+    {
+        if (m_richTextPending)
+            readRichText();
+    }
+    void readRichText() const;
 
     ArchiveContext *m_context;
     qint64 m_key;
@@ -83,6 +109,8 @@ private:
     // archive is unchanged and so holds its values once.
     std::unique_ptr<PoemValues> m_savedApart;
     bool m_persisted;
+    bool m_richTextPending = false;
+    bool m_richTextUnreadable = false;
     qint64 m_rowKey = 0;    // the store's key, once persisted
     qint64 m_changeSeq = 0; // the store's change number of saved()
 };

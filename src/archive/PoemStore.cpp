@@ -315,16 +315,35 @@ Result<void> PoemStore::migrateStep(int fromVersion)
     return {};
 }
 
-Result<std::vector<PoemStore::Row>> PoemStore::selectRows(const QString &condition, qint64 parameter)
+QString PoemStore::pictureListExpression() const
 {
-    const QString columns = QString::fromLatin1(selectColumns)
-                                .arg(m_schemaVersion > firstReadableSchemaVersion ? QStringLiteral("rich_text_pictures")
-                                                                                  : QStringLiteral("NULL"));
+    return m_schemaVersion > firstReadableSchemaVersion ? QStringLiteral("rich_text_pictures") : QStringLiteral("NULL");
+}
+
+Result<std::vector<PoemStore::Row>> PoemStore::selectRows(const QString &condition, qint64 parameter, RichText richText)
+{
+    // Left out, the rich text's column reads empty and the picture list's tells whether
+    // there is one (a list without a body is damage that reading it reports).
+    QString columns = QString::fromLatin1(selectColumns);
+    if (richText == RichText::leftOut) {
+        columns.replace(QStringLiteral("rich_text_data"), QStringLiteral("NULL"));
+        columns =
+            columns.arg(QStringLiteral("rich_text_data IS NOT NULL OR %1 IS NOT NULL").arg(pictureListExpression()));
+    } else {
+        columns = columns.arg(pictureListExpression());
+    }
     auto statement = m_db->prepare(QStringLiteral("SELECT %1 FROM poem %2 ORDER BY pk").arg(columns, condition));
     if (!statement)
         return statement.error();
     if (!condition.isEmpty())
         statement->bind(1, parameter);
+    if (richText == RichText::leftOut) {
+        return collect(*statement, [](const SqliteStatement &s) {
+            PoemStore::Row row = readRow(s);
+            row.richTextPending = s.int64(pictureListColumn) != 0;
+            return row;
+        });
+    }
     auto rows = collect(*statement, [](const SqliteStatement &s) {
         return std::make_pair(readRow(s), s.optionalText(pictureListColumn));
     });
@@ -338,6 +357,32 @@ Result<std::vector<PoemStore::Row>> PoemStore::selectRows(const QString &conditi
         joined.push_back(std::move(row));
     }
     return joined;
+}
+
+Result<std::optional<QByteArray>> PoemStore::richText(qint64 key)
+{
+    // One snapshot, so the text never meets pictures another process has replaced meanwhile.
+    SqliteTransaction transaction(*m_db, SqliteTransaction::Kind::read);
+    if (auto begun = transaction.begin(); !begun)
+        return begun.error();
+    auto statement = m_db->prepare(
+        QStringLiteral("SELECT rich_text_data, %1, title FROM poem WHERE pk = ?1").arg(pictureListExpression()));
+    if (!statement)
+        return statement.error();
+    statement->bind(1, key);
+    const auto hasRow = statement->step();
+    if (!hasRow)
+        return hasRow.error();
+    if (!*hasRow)
+        return Error{tr("Das Gedicht ist nicht mehr im Archiv; ein anderes Programm hat es gelöscht.")};
+    Row row{key, 0, {}};
+    row.values.richTextData = statement->optionalBlob(0);
+    row.values.title = statement->optionalText(2);
+    if (auto done = joinPictures(row, statement->optionalText(1)); !done)
+        return done.error();
+    if (auto ended = transaction.commit(); !ended)
+        return ended.error();
+    return std::move(row.values.richTextData);
 }
 
 Result<void> PoemStore::joinPictures(Row &row, const std::optional<QString> &pictureList)
@@ -364,7 +409,7 @@ Result<std::vector<PoemStore::Row>> PoemStore::loadAll()
     SqliteTransaction transaction(*m_db, SqliteTransaction::Kind::read);
     if (auto begun = transaction.begin(); !begun)
         return begun.error();
-    auto rows = selectRows(QString(), 0);
+    auto rows = selectRows(QString(), 0, RichText::leftOut);
     if (!rows)
         return rows.error();
     if (auto ended = transaction.commit(); !ended)
@@ -377,7 +422,7 @@ Result<PoemStore::Changes> PoemStore::changesSince(qint64 changeSeq)
     SqliteTransaction transaction(*m_db, SqliteTransaction::Kind::read);
     if (auto begun = transaction.begin(); !begun)
         return begun.error();
-    auto rows = selectRows(QStringLiteral("WHERE change_seq > ?1"), changeSeq);
+    auto rows = selectRows(QStringLiteral("WHERE change_seq > ?1"), changeSeq, RichText::read);
     if (!rows)
         return rows.error();
     const auto count = m_db->queryInt64(QStringLiteral("SELECT count(*) FROM poem"));
@@ -542,7 +587,7 @@ Result<bool> PoemStore::Write::remove(qint64 key, qint64 expectedSeq)
 
 Result<std::optional<PoemStore::Row>> PoemStore::Write::row(qint64 key)
 {
-    auto rows = m_store.selectRows(QStringLiteral("WHERE pk = ?1"), key);
+    auto rows = m_store.selectRows(QStringLiteral("WHERE pk = ?1"), key, RichText::read);
     if (!rows)
         return rows.error();
     if (rows->empty())

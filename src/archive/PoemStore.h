@@ -33,6 +33,8 @@ public:
         qint64 key;
         qint64 changeSeq;
         PoemValues values;
+        // The row has rich text that was not read: values.richTextData is empty in its place.
+        bool richTextPending = false;
     };
 
     struct Changes {
@@ -80,7 +82,10 @@ public:
 
     ~PoemStore();
 
+    // Every row, without the rich text, which a list never shows: richText() reads it.
     Result<std::vector<Row>> loadAll();
+    // One row's rich text with its pictures.
+    Result<std::optional<QByteArray>> richText(qint64 key);
     Result<Changes> changesSince(qint64 changeSeq);
     Result<std::vector<qint64>> allKeys();
     // Moves whenever another connection has committed a change.
@@ -100,7 +105,9 @@ private:
     static Result<std::unique_ptr<PoemStore>> prepare(std::unique_ptr<SqliteDatabase> db, const QString &path);
     Result<void> migrate();
     Result<void> migrateStep(int fromVersion);
-    Result<std::vector<Row>> selectRows(const QString &condition, qint64 parameter);
+    enum class RichText { read, leftOut };
+    Result<std::vector<Row>> selectRows(const QString &condition, qint64 parameter, RichText richText);
+    QString pictureListExpression() const;
     Result<void> joinPictures(Row &row, const std::optional<QString> &pictureList);
     Result<SqliteStatement *> cachedStatement(const QString &sql);
 

@@ -16,7 +16,8 @@ struct Backup {
     QList<PoemBackup> poems;
 
     // The document the writer produces: entries in the order given.
-    static Backup make(const QList<PoemPtr> &poems, const QDateTime &exportedAt);
+    // Fails when a poem could not be read whole, which a backup must never leave out.
+    static Result<Backup> make(const QList<PoemPtr> &poems, const QDateTime &exportedAt);
 
     static constexpr qint64 currentSchemaVersion = 3;
     static QString appName() { return QStringLiteral("OdeLeaf"); }

@@ -40,10 +40,12 @@ Result<void> BackupExporter::writeDocument(const Backup &backup, const QString &
 
 Result<int> BackupExporter::writeBackup(const QList<PoemPtr> &poems, const QString &path, const QDateTime &now)
 {
-    const Backup backup = Backup::make(poems, now);
-    if (auto written = writeDocument(backup, path); !written)
+    const auto backup = Backup::make(poems, now);
+    if (!backup)
+        return backup.error();
+    if (auto written = writeDocument(*backup, path); !written)
         return written.error();
-    return int(backup.poems.size());
+    return int(backup->poems.size());
 }
 
 Result<QString> BackupExporter::writeAutomaticSafetyBackup(const QList<PoemPtr> &poems, const QString &prefix,
@@ -52,8 +54,10 @@ Result<QString> BackupExporter::writeAutomaticSafetyBackup(const QList<PoemPtr> 
     const auto folder = ensureSafetyBackupFolder();
     if (!folder)
         return folder.error();
-    const Backup backup = Backup::make(poems, now);
-    const auto encode = [&backup](QIODevice &device) { return BackupEncoder::write(backup, device); };
+    const auto backup = Backup::make(poems, now);
+    if (!backup)
+        return backup.error();
+    const auto encode = [&backup](QIODevice &device) { return BackupEncoder::write(*backup, device); };
     // Each operation keeps its own copy: when an earlier one of the same second holds
     // the name, this one takes the next second, and waits for it so that the name tells
     // no time that has not come yet.

@@ -144,6 +144,10 @@ std::optional<QString> OdeLeafReaderPackageExporter::cleanedOptional(const std::
 Result<int> OdeLeafReaderPackageExporter::write(const QList<PoemPtr> &poems, const QStringList &categories,
                                                 const QString &path, const QDateTime &now)
 {
+    for (const PoemPtr &poem : poems) {
+        if (auto read = poem->readFully(); !read)
+            return read.error();
+    }
     const OdeLeafReaderPackage package = makePackage(poems, categories, now);
     if (auto written = AtomicFileWriter::write(path, OdeLeafReaderPackageCodec::encode(package)); !written)
         return written.error();

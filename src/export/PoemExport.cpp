@@ -105,6 +105,8 @@ Result<void> PoemExport::validateWrittenFile(const QString &path)
 
 Result<void> PoemExport::write(const Poem &poem, ExportFormat format, const QString &path)
 {
+    if (auto read = poem.readFully(); !read)
+        return read;
     Result<void> written;
     switch (format) {
     case ExportFormat::pdf:
@@ -139,6 +141,8 @@ Result<QString> PoemExport::temporaryPdf(const Poem &poem)
     const QString name = proposedFileName(poem, ExportFormat::pdf);
     const QString path =
         QDir(folder).filePath(QUuid::createUuid().toString(QUuid::WithoutBraces).left(8) + QLatin1Char('-') + name);
+    if (auto read = poem.readFully(); !read)
+        return read.error();
     if (auto written = PDFExporter::write(document(poem), path); !written)
         return written.error();
     if (auto valid = validateWrittenFile(path); !valid)

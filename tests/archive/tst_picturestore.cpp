@@ -1,7 +1,10 @@
 #include "StoreFaults.h"
 
+#include "archive/ArchiveContext.h"
+#include "archive/PersistenceController.h"
 #include "archive/PoemStore.h"
 #include "archive/StoredRichText.h"
+#include "backup/Backup.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -79,12 +82,8 @@ private:
     static QByteArray storedRichText(const QString &path, qint64 key)
     {
         auto store = open(path);
-        const auto rows = store->loadAll();
-        for (const PoemStore::Row &row : rows ? *rows : std::vector<PoemStore::Row>()) {
-            if (row.key == key)
-                return row.values.richTextData.value_or(QByteArray("nil"));
-        }
-        return "missing";
+        const auto read = store->richText(key);
+        return read ? read->value_or(QByteArray("nil")) : QByteArray("missing");
     }
 
 private Q_SLOTS:
@@ -230,7 +229,7 @@ private Q_SLOTS:
 
         const auto readOnly = PoemStore::openReadOnly(path);
         QVERIFY2(readOnly, qPrintable(readOnly.errorMessage()));
-        QCOMPARE((*readOnly)->loadAll()->front().values.richTextData, inline_);
+        QCOMPARE((*readOnly)->richText(1)->value_or(QByteArray()), inline_);
 
         QCOMPARE(storedRichText(path, 1), inline_); // migrates
         QCOMPARE(queryOnStore(path, "PRAGMA user_version"), PoemStore::currentSchemaVersion);
@@ -258,10 +257,55 @@ private Q_SLOTS:
             QVERIFY(save(*store, 0, rtfWith({pictureBytes(30000, 17)})));
         }
         executeOnStore(path, damage.constData());
+        // The archive opens; the poem's text says what is wrong when it is read.
         auto store = open(path);
-        const auto rows = store->loadAll();
-        QVERIFY(!rows);
-        QVERIFY2(rows.errorMessage().contains(QStringLiteral("„Mit Bild“")), qPrintable(rows.errorMessage()));
+        QVERIFY(store->loadAll());
+        const auto read = store->richText(1);
+        QVERIFY(!read);
+        QVERIFY2(read.errorMessage().contains(QStringLiteral("„Mit Bild“")), qPrintable(read.errorMessage()));
+        store.reset();
+
+        // What was shown in its place never replaces it, and no backup leaves it out.
+        const qint64 bodyBefore = queryOnStore(path, "SELECT length(rich_text_data) FROM poem");
+        auto opened = PersistenceController::open(path);
+        QVERIFY2(opened, qPrintable(opened.errorMessage()));
+        ArchiveContext &context = (*opened)->viewContext();
+        const PoemPtr poem = context.fetch().constFirst();
+        QVERIFY(!poem->readFully());
+        QVERIFY(!Backup::make(context.fetch(), QDateTime::currentDateTimeUtc()));
+        poem->setTitle(QStringLiteral("Mit Bild, umbenannt"));
+        QVERIFY(context.save());
+        poem->setRichTextData(rtfWith({}, "Neu"));
+        QVERIFY(!context.save());
+        QCOMPARE(queryOnStore(path, "SELECT length(rich_text_data) FROM poem"), bodyBefore);
+    }
+
+    // The list never needs rich text, so an opened archive reads a poem's when it is first
+    // asked for; a backup lets go of it again, and a save of other fields leaves it as it is.
+    void richTextIsReadWhenFirstAskedFor()
+    {
+        const QString path = newPath();
+        const QByteArray richText = rtfWith({pictureBytes(30000, 9)});
+        {
+            auto opened = PersistenceController::open(path);
+            QVERIFY(opened);
+            const PoemPtr poem = (*opened)->viewContext().insertPoem();
+            poem->setValues(poemWith(richText));
+            QVERIFY((*opened)->viewContext().save());
+        }
+        for (int round = 0; round < 2; ++round) {
+            auto opened = PersistenceController::open(path);
+            QVERIFY(opened);
+            const PoemPtr poem = (*opened)->viewContext().fetch().constFirst();
+            // A backup reads it whole and lets go of it again.
+            const auto backup = Backup::make({poem}, QDateTime::currentDateTimeUtc());
+            QCOMPARE(backup->poems.constFirst().richTextData, std::optional<QByteArray>(richText));
+            QVERIFY(poem->richTextWaiting());
+            poem->setTitle(QStringLiteral("Runde %1").arg(round));
+            QVERIFY((*opened)->viewContext().save());
+            QCOMPARE(poem->richTextData(), std::optional<QByteArray>(richText));
+            QVERIFY(poem->readFully());
+        }
     }
 };
 

@@ -304,7 +304,7 @@ private Q_SLOTS:
         QTest::addColumn<Operation>("operation");
         QTest::addColumn<QString>("reason");
         QTest::newRow("restore") << Operation([](ArchiveContext &c, const PoemPtr &poem, const QString &) {
-            Backup backup = Backup::make({poem}, start);
+            Backup backup = Backup::make({poem}, start).value();
             backup.poems.first().text = QStringLiteral("aus der Sicherung");
             QVERIFY(RestorePlanner::restore(backup, c, RestoreMode::addMissingAndUpdate));
         }) << "vor Wiederherstellung";

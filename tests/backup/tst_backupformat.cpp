@@ -194,7 +194,7 @@ private Q_SLOTS:
                     qint64(random.bounded(2000000000)) * 1000 + random.bounded(1000), Qt::UTC));
             poem->setInPodcast(random.bounded(2) == 0);
         }
-        const Backup backup = Backup::make(context().fetch(), goldenExportedAt);
+        const Backup backup = Backup::make(context().fetch(), goldenExportedAt).value();
         const QByteArray streamed = BackupEncoder::encode(backup);
         QCOMPARE(streamed, encodedThroughJsonTree(backup));
 
@@ -422,7 +422,7 @@ private Q_SLOTS:
     {
         PoemPtr poem = context().insertPoem();
         poem->setText(QString(2 << 20, QLatin1Char('x')));
-        const Backup backup = Backup::make(context().fetch(), goldenExportedAt);
+        const Backup backup = Backup::make(context().fetch(), goldenExportedAt).value();
         const QString folder = m_archive->path(QStringLiteral("ziel"));
         QVERIFY(QDir().mkpath(folder));
         const QString existing = folder + QStringLiteral("/alt.json");

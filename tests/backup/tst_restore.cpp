@@ -376,7 +376,7 @@ private Q_SLOTS:
         saveArchive();
         QBuffer encoded;
         encoded.open(QIODevice::WriteOnly);
-        QVERIFY(BackupEncoder::write(Backup::make(archive.fetch(), exportTime), encoded).ok());
+        QVERIFY(BackupEncoder::write(Backup::make(archive.fetch(), exportTime).value(), encoded).ok());
         const qint64 pages = (encoded.size() + 4095) / 4096;
         QVERIFY(disk.leaveFree((pages - 1) * 4096));
 
