@@ -148,6 +148,8 @@ int runShow(CliInvocation &cli)
     const PoemPtr poem = findPoemArgument(cli, cli.positional().at(0));
     if (!poem)
         return 1;
+    if (auto read = poem->readFully(); !read)
+        return cli.fail(read.errorMessage());
     cli.printRaw(ArchiveJson::encode(PoemBackup::fromPoem(*poem).toJson()) + '\n');
     return 0;
 }
