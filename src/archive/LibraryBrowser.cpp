@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <thread>
 
 namespace {
 
@@ -290,11 +291,13 @@ void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
     m_countsByCategoryId.assign(m_countsByCategoryId.size(), 0);
     listed.clear();
     listed.reserve(qsizetype(m_live.size()));
+    const std::vector<signed char> verdicts =
+        remembered || m_builtFor.search.isEmpty() ? std::vector<signed char>() : searchAcrossCores(narrows);
     // The texts lie scattered over the heap; fetching a few poems ahead keeps the memory
     // busy while the search scans.
     constexpr size_t ahead = 4;
-    const auto prefetch = [this, narrows, remembered](size_t i) {
-        if (i < m_live.size() && !remembered && (!narrows || m_live[i].matched))
+    const auto prefetch = [this, narrows, remembered, &verdicts](size_t i) {
+        if (i < m_live.size() && !remembered && verdicts.empty() && (!narrows || m_live[i].matched))
             m_live[i].derived->prefetchFolded();
     };
     for (size_t i = 0; i < ahead; ++i)
@@ -314,6 +317,8 @@ void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
             knownMatch = bool(remembered->matched[i]);
         else if (narrows && !candidate.matched)
             knownMatch = false;
+        else if (!verdicts.empty() && verdicts[i] >= 0)
+            knownMatch = verdicts[i] == 1;
         decide(listing, *candidate.derived, knownMatch);
         count(listing, 1);
         candidate.matched = listing.matches;
@@ -325,6 +330,38 @@ void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
             listed.append(m_poems[size_t(candidate.poemIndex)]);
         }
     }
+}
+
+std::vector<signed char> LibraryBrowser::searchAcrossCores(bool narrows) const
+{
+    // Below this many poems a search keystroke is quick enough on one core.
+    constexpr size_t coreWorthy = 20000;
+    const size_t cores = std::min<size_t>(std::max(1U, std::thread::hardware_concurrency()), 8);
+    if (m_live.size() < coreWorthy || cores < 2)
+        return {};
+    std::vector<signed char> verdicts(m_live.size(), -1);
+    // Each part reads only folded texts, which nothing changes meanwhile, and writes only
+    // its own verdicts; folding (which may use shared state) is left to the scan.
+    const auto judge = [&](size_t from, size_t to) {
+        for (size_t i = from; i < to; ++i) {
+            const Candidate &candidate = m_live[i];
+            if (narrows && !candidate.matched)
+                continue;
+            if (i + 4 < to)
+                m_live[i + 4].derived->prefetchFolded();
+            if (candidate.derived->isFolded())
+                verdicts[i] = matchesFolded(*candidate.derived, m_needles) ? 1 : 0;
+        }
+    };
+    const size_t part = (m_live.size() + cores - 1) / cores;
+    std::vector<std::thread> helpers;
+    helpers.reserve(cores - 1);
+    for (size_t first = part; first < m_live.size(); first += part)
+        helpers.emplace_back(judge, first, std::min(m_live.size(), first + part));
+    judge(0, std::min(m_live.size(), part));
+    for (std::thread &helper : helpers)
+        helper.join();
+    return verdicts;
 }
 
 // Deleting a letter returns to a search made a keystroke ago; its verdicts hold while no
@@ -673,6 +710,11 @@ void LibraryBrowser::resetVanishedCategory()
 bool LibraryBrowser::matchesSearch(DerivedPoemText &derived, const SearchNeedles &needles) const
 {
     derived.fold();
+    return matchesFolded(derived, needles);
+}
+
+bool LibraryBrowser::matchesFolded(const DerivedPoemText &derived, const SearchNeedles &needles) const
+{
     switch (m_builtFor.mode) {
     case SearchMode::title:
         return derived.titleContains(needles.text) || derived.titleKeyContains(needles.titleKey);

@@ -179,6 +179,10 @@ private:
 
     Filters currentFilters() const;
     bool matchesSearch(DerivedPoemText &derived, const SearchNeedles &needles) const;
+    bool matchesFolded(const DerivedPoemText &derived, const SearchNeedles &needles) const;
+    // The search's verdict on each poem of the walk that the scan would read, worked out
+    // on every core: 1 or 0, or -1 where the scan decides (not folded yet, or not read).
+    std::vector<signed char> searchAcrossCores(bool narrows) const;
     static bool inScope(const Listing &listing, SidebarScope scope);
     void decide(Listing &listing, DerivedPoemText &texts, std::optional<bool> knownMatch) const;
     const RememberedSearch *rememberedSearch() const;
