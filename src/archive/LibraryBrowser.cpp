@@ -16,6 +16,10 @@
 
 namespace {
 
+// The texts lie scattered over the heap; a scan fetches this many poems ahead, which keeps
+// the memory busy while it compares.
+constexpr size_t prefetchDistance = 4;
+
 // The search text as the folded fields hold it. NUL separates the fields, so it is no
 // character a search can ask for.
 QByteArray searchNeedle(const QString &text)
@@ -293,20 +297,17 @@ void LibraryBrowser::relistWalked(QList<PoemPtr> &listed)
     listed.reserve(qsizetype(m_live.size()));
     const std::vector<signed char> verdicts =
         remembered || m_builtFor.search.isEmpty() ? std::vector<signed char>() : searchAcrossCores(narrows);
-    // The texts lie scattered over the heap; fetching a few poems ahead keeps the memory
-    // busy while the search scans.
-    constexpr size_t ahead = 4;
     const auto prefetch = [this, narrows, remembered, &verdicts](size_t i) {
         if (i < m_live.size() && !remembered && verdicts.empty() && (!narrows || m_live[i].matched))
             m_live[i].derived->prefetchFolded();
     };
-    for (size_t i = 0; i < ahead; ++i)
+    for (size_t i = 0; i < prefetchDistance; ++i)
         prefetch(i);
     for (size_t i = 0; i < m_live.size(); ++i) {
         Candidate &candidate = m_live[i];
-        prefetch(i + ahead);
-        if (i + 2 * ahead < m_live.size())
-            __builtin_prefetch(m_live[i + 2 * ahead].derived);
+        prefetch(i + prefetchDistance);
+        if (i + 2 * prefetchDistance < m_live.size())
+            __builtin_prefetch(m_live[i + 2 * prefetchDistance].derived);
         Listing listing;
         listing.known = true;
         listing.live = true;
@@ -347,8 +348,8 @@ std::vector<signed char> LibraryBrowser::searchAcrossCores(bool narrows) const
             const Candidate &candidate = m_live[i];
             if (narrows && !candidate.matched)
                 continue;
-            if (i + 4 < to)
-                m_live[i + 4].derived->prefetchFolded();
+            if (i + prefetchDistance < to)
+                m_live[i + prefetchDistance].derived->prefetchFolded();
             if (candidate.derived->isFolded())
                 verdicts[i] = matchesFolded(*candidate.derived, m_needles) ? 1 : 0;
         }
